@@ -1,0 +1,23 @@
+#ifndef QELKeeper_H
+#define QELKeeper_H
+
+#include <cstddef>
+
+#include "UTILObjectPool.h"
+
+// Keeps what the model deliberately leaves behind (a string-list value after
+// its property is gone, properties made unreachable by a set's clear()) and
+// frees it when the process ends, so that nothing is reported as leaked.
+class QELKeeper {
+public:
+    template <typename T>
+    static T* keep(T* object) {
+        return pool().adopt(object);
+    }
+    static size_t size() { return pool().size(); }
+
+private:
+    static UTILObjectPool& pool();
+};
+
+#endif

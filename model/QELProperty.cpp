@@ -1,0 +1,46 @@
+#include "QELProperty.h"
+
+#include "CATIProduct.h"
+#include "CATListValCATUnicodeString.h"
+#include "QELKeeper.h"
+#include "TYPVector.h"
+
+QELProperty::QELProperty() : _type(0), _value(nullptr) {}
+
+QELProperty::QELProperty(int type, const CATUnicodeString& name, void* value)
+    : _type(type), _name(name), _value(value) {}
+
+QELProperty::~QELProperty() {
+    switch (_type) {
+    case QELPROPERTY_STRING:
+        delete static_cast<CATUnicodeString*>(_value);
+        break;
+    case QELPROPERTY_INTEGER:
+        delete static_cast<int*>(_value);
+        break;
+    case QELPROPERTY_BOOLEAN:
+        delete static_cast<unsigned char*>(_value);
+        break;
+    case QELPROPERTY_MATRIX:
+        delete[] static_cast<double*>(_value);
+        break;
+    case QELPROPERTY_DYNAMIC:
+    case QELPROPERTY_STRING_ARRAY:
+        delete static_cast<TYPVectorCATUnicodeString*>(_value);
+        break;
+    case QELPROPERTY_INTEGER_ARRAY:
+    case QELPROPERTY_BOOLEAN_ARRAY:
+        delete static_cast<TYPVectorInt*>(_value);
+        break;
+    case QELPROPERTY_PRODUCT:
+        if (_value) static_cast<CATIProduct*>(_value)->Release();
+        break;
+    case QELPROPERTY_STRING_LIST:
+        // Callers may still hold the list: it stays alive until the process ends.
+        QELKeeper::keep(static_cast<CATListValCATUnicodeString*>(_value));
+        break;
+    default:
+        break;
+    }
+    _value = nullptr;
+}

@@ -1,0 +1,27 @@
+#ifndef QELUtilities_H
+#define QELUtilities_H
+
+#include "CATUnicodeString.h"
+#include "EnumDocumentType.h"
+
+class QELDocument;
+
+// Stateless helpers of the model.
+class QELUtilities {
+public:
+    // The name of a link-type code ("WSP_ABS", ...); a code without a name
+    // (23, 27, anything outside 1..32) gives its decimal text.
+    static CATUnicodeString getLinkTypeName(int linkType);
+
+    // The reference name under which a document of that type files its own
+    // files; "unknown" for unset, model and unlisted types.
+    static CATUnicodeString getDocFilRefNameFromDocumentType(EnumDocumentType type);
+    // The text after the last dot; empty without a dot or after a final dot.
+    static CATUnicodeString getFileExtension(const CATUnicodeString& fileName);
+    // The entry `name` of the document's string list "CATIA_Mapping_Attribut";
+    // empty for a null document, an empty name, or a name not in the list.
+    static CATUnicodeString getPropertyValueMappingAttributes(QELDocument* document,
+                                                              const CATUnicodeString& name);
+};
+
+#endif

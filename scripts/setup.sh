@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs the Debian packages needed to build and test qeldm.
+# Run as root on Debian 12. Installs only what is missing; silent otherwise.
+set -euo pipefail
+
+# One package per line; add new build or test dependencies here.
+packages=(
+    cmake
+    ninja-build
+    g++
+    libgtest-dev
+    libgmock-dev
+    pkg-config
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    status="$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)"
+    if [[ "$status" != "install ok installed" ]]; then
+        missing+=("$package")
+    fi
+done
+
+if ((${#missing[@]} == 0)); then
+    exit 0
+fi
+
+if ((EUID != 0)); then
+    echo "setup.sh: missing packages: ${missing[*]}; run this script as root" >&2
+    exit 1
+fi
+
+echo "setup.sh: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+apt-get update -qq
+apt-get install -y -qq --no-install-recommends "${missing[@]}"

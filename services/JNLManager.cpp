@@ -1,0 +1,135 @@
+#include "JNLManager.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+struct JournalState {
+    std::vector<std::string> entries;
+    std::size_t maxEntries = JNLManager::kDefaultMaxEntries;
+    // The copy of each entry outside memory; stderr, a file we opened, or null.
+    FILE* output = nullptr;
+    bool outputChosen = false;
+};
+
+// Never destroyed: components freed during static destruction may still write
+// to the journal, and the state must outlive them. It stays reachable through
+// this pointer, so the leak checker does not count it.
+JournalState& state() {
+    static JournalState* s = new JournalState;
+    return *s;
+}
+
+void closeOutput(JournalState& s) {
+    if (s.output && s.output != stderr)
+        std::fclose(s.output);
+    s.output = nullptr;
+}
+
+bool openOutput(JournalState& s, const std::string& path) {
+    closeOutput(s);
+    s.outputChosen = true;
+    if (path.empty())
+        return true;
+    if (path == "-") {
+        s.output = stderr;
+        return true;
+    }
+    s.output = std::fopen(path.c_str(), "a");
+    return s.output != nullptr;
+}
+
+void chooseOutputFromEnvironment(JournalState& s) {
+    if (s.outputChosen)
+        return;
+    const char* path = std::getenv("QEL_JOURNAL");
+    if (!openOutput(s, path ? path : "")) {
+        std::fprintf(stderr, "QEL_JOURNAL: cannot open %s for appending\n", path);
+    }
+}
+
+void record(std::string text) {
+    JournalState& s = state();
+    chooseOutputFromEnvironment(s);
+    if (s.output) {
+        std::fwrite(text.data(), 1, text.size(), s.output);
+        std::fputc('\n', s.output);
+        // Flushed line by line so that the trace of a run that crashes is whole.
+        std::fflush(s.output);
+    }
+    s.entries.push_back(std::move(text));
+    if (s.entries.size() > s.maxEntries) {
+        // Dropping half at once keeps the cost of the front erase amortised
+        // constant per entry.
+        std::size_t drop = s.entries.size() - s.maxEntries / 2;
+        s.entries.erase(s.entries.begin(), s.entries.begin() + static_cast<std::ptrdiff_t>(drop));
+    }
+}
+
+} // namespace
+
+void JNLManager::writeMsg(const CATUnicodeString& text) { record(text.ToLatin1()); }
+
+void JNLManager::writeMsgFormatted(const char* format, ...) {
+    if (!format)
+        return;
+    va_list args;
+    va_start(args, format);
+    va_list again;
+    va_copy(again, args);
+    int length = std::vsnprintf(nullptr, 0, format, args);
+    va_end(args);
+    std::string text;
+    if (length < 0) {
+        // An encoding error of the arguments: keep the format so the line is not lost.
+        text = format;
+    } else {
+        text.resize(static_cast<std::size_t>(length) + 1);
+        std::vsnprintf(&text[0], text.size(), format, again);
+        text.resize(static_cast<std::size_t>(length));
+    }
+    va_end(again);
+    record(std::move(text));
+}
+
+void JNLManager::beginFunction(const CATUnicodeString& function, const CATUnicodeString& detail) {
+    std::string text = "BEGIN " + function.ToLatin1();
+    if (!detail.IsNull())
+        text += " : " + detail.ToLatin1();
+    record(std::move(text));
+}
+
+void JNLManager::endFunction(const CATUnicodeString& function, long returnCode) {
+    record("END " + function.ToLatin1() + " (" + std::to_string(returnCode) + ")");
+}
+
+const std::vector<std::string>& JNLManager::entries() { return state().entries; }
+
+void JNLManager::clear() { state().entries.clear(); }
+
+bool JNLManager::contains(const std::string& text) {
+    for (const std::string& entry : state().entries) {
+        if (entry.find(text) != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
+bool JNLManager::setOutputPath(const CATUnicodeString& path) {
+    return openOutput(state(), path.ToLatin1());
+}
+
+void JNLManager::setMaxEntries(std::size_t maxEntries) {
+    JournalState& s = state();
+    // Below 2 the drop-half rule would keep nothing.
+    s.maxEntries = maxEntries == 0 ? kDefaultMaxEntries : (maxEntries < 2 ? 2 : maxEntries);
+}
+
+std::size_t JNLManager::maxEntries() { return state().maxEntries; }
+
+void JNLManager::resetOutput() {
+    closeOutput(state());
+    state().outputChosen = false;
+}

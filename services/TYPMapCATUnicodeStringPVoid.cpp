@@ -1,0 +1,118 @@
+#include "TYPMapCATUnicodeStringPVoid.h"
+
+#include <algorithm>
+
+TYPMapCATUnicodeStringPVoid::TYPMapCATUnicodeStringPVoid(const char* name, int initialSize)
+    : _name(TYPTypeTag::intern(name)) {
+    if (initialSize > 0) _entries.reserve(static_cast<size_t>(std::min(initialSize, 1 << 16)));
+}
+
+long TYPMapCATUnicodeStringPVoid::locate(const CATUnicodeString& key) const {
+    if (_slots.empty()) {
+        for (size_t i = 0; i < _entries.size(); ++i) {
+            if (_entries[i].live() && _entries[i].key == key) return static_cast<long>(i);
+        }
+        return -1;
+    }
+    size_t mask = _slots.size() - 1;
+    for (size_t s = CATUnicodeStringHash()(key) & mask;; s = (s + 1) & mask) {
+        uint32_t e = _slots[s];
+        if (e == kEmptySlot) return -1;
+        if (_entries[e].live() && _entries[e].key == key) return static_cast<long>(e);
+    }
+}
+
+void TYPMapCATUnicodeStringPVoid::indexEntry(uint32_t entry) const {
+    size_t mask = _slots.size() - 1;
+    size_t s = CATUnicodeStringHash()(_entries[entry].key) & mask;
+    while (_slots[s] != kEmptySlot) s = (s + 1) & mask;
+    _slots[s] = entry;
+}
+
+void TYPMapCATUnicodeStringPVoid::rebuildIndex() const {
+    if (_entries.size() <= kLinearLimit) {
+        _slots.clear();
+        _slots.shrink_to_fit();
+        return;
+    }
+    size_t want = 16;
+    while (want < _entries.size() * 2) want <<= 1;
+    _slots.assign(want, kEmptySlot);
+    for (size_t i = 0; i < _entries.size(); ++i) {
+        if (_entries[i].live()) indexEntry(static_cast<uint32_t>(i));
+    }
+}
+
+void TYPMapCATUnicodeStringPVoid::compact() const {
+    _entries.erase(std::remove_if(_entries.begin(), _entries.end(),
+                                  [](const Entry& e) { return !e.live(); }),
+                   _entries.end());
+    rebuildIndex();
+}
+
+int TYPMapCATUnicodeStringPVoid::insert(const CATUnicodeString& key, void* object,
+                                        const char* typeTag, int /*flag*/) {
+    if (locate(key) >= 0) return 0;
+    _entries.push_back(Entry{key, object, TYPTypeTag::intern(typeTag)});
+    ++_live;
+    size_t dead = _entries.size() - _live;
+    if (dead > kLinearLimit && dead > _live) {
+        compact();
+    } else if (_entries.size() > kLinearLimit) {
+        // Keep the table at most half full, tombstones included.
+        if (_slots.size() < _entries.size() * 2) {
+            rebuildIndex();
+        } else {
+            indexEntry(static_cast<uint32_t>(_entries.size() - 1));
+        }
+    }
+    return 1;
+}
+
+void* TYPMapCATUnicodeStringPVoid::find(const CATUnicodeString& key, const char* typeTag) const {
+    long i = locate(key);
+    if (i < 0) return nullptr;
+    const Entry& e = _entries[static_cast<size_t>(i)];
+    if (typeTag && *typeTag && *e.tag != typeTag) return nullptr;
+    return e.object;
+}
+
+int TYPMapCATUnicodeStringPVoid::erase(const CATUnicodeString& key) {
+    long i = locate(key);
+    if (i < 0) return 0;
+    Entry& e = _entries[static_cast<size_t>(i)];
+    e.tag = nullptr;
+    e.object = nullptr;
+    e.key = CATUnicodeString();
+    --_live;
+    return 1;
+}
+
+void TYPMapCATUnicodeStringPVoid::clear() {
+    _entries.clear();
+    _slots.clear();
+    _live = 0;
+}
+
+void* TYPMapCATUnicodeStringPVoid::getObject(int index) const {
+    if (index < 0 || static_cast<size_t>(index) >= _live) return nullptr;
+    if (_entries.size() != _live) compact();
+    return _entries[static_cast<size_t>(index)].object;
+}
+
+const CATUnicodeString* TYPMapCATUnicodeStringPVoid::getKey(int index) const {
+    if (index < 0 || static_cast<size_t>(index) >= _live) return nullptr;
+    if (_entries.size() != _live) compact();
+    return &_entries[static_cast<size_t>(index)].key;
+}
+
+const std::string* TYPMapCATUnicodeStringPVoid::getTag(int index) const {
+    if (index < 0 || static_cast<size_t>(index) >= _live) return nullptr;
+    if (_entries.size() != _live) compact();
+    return _entries[static_cast<size_t>(index)].tag;
+}
+
+void* TYPMapCATUnicodeStringPVoid::first() const {
+    auto it = begin();
+    return it == end() ? nullptr : it->object;
+}

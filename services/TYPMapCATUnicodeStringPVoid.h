@@ -1,0 +1,94 @@
+#ifndef TYPMapCATUnicodeStringPVoid_H
+#define TYPMapCATUnicodeStringPVoid_H
+
+#include <cstdint>
+#include <vector>
+
+#include "CATUnicodeString.h"
+#include "TYPTypeTag.h"
+
+// A named map from text keys to untyped objects, each entry tagged with a type
+// text. It iterates in insertion order; find, insert and erase take constant
+// average time, and so does access by index while no erasure is pending (the
+// first index access after erasures compacts the entries once).
+//
+// Inserting a key that is already present keeps the existing entry and answers
+// 0; a caller that allocated the rejected object frees it. The map never owns
+// its objects.
+class TYPMapCATUnicodeStringPVoid {
+public:
+    struct Entry {
+        CATUnicodeString key;
+        void* object;
+        const std::string* tag; // null once the entry is erased
+        bool live() const { return tag != nullptr; }
+    };
+
+    class const_iterator {
+    public:
+        const_iterator(const std::vector<Entry>* entries, size_t pos) : _entries(entries), _pos(pos) {
+            skip();
+        }
+        const Entry& operator*() const { return (*_entries)[_pos]; }
+        const Entry* operator->() const { return &(*_entries)[_pos]; }
+        const_iterator& operator++() {
+            ++_pos;
+            skip();
+            return *this;
+        }
+        bool operator!=(const const_iterator& o) const { return _pos != o._pos; }
+        bool operator==(const const_iterator& o) const { return _pos == o._pos; }
+
+    private:
+        void skip() {
+            while (_pos < _entries->size() && !(*_entries)[_pos].live()) ++_pos;
+        }
+        const std::vector<Entry>* _entries;
+        size_t _pos;
+    };
+
+    explicit TYPMapCATUnicodeStringPVoid(const char* name = "", int initialSize = 0);
+    TYPMapCATUnicodeStringPVoid(const TYPMapCATUnicodeStringPVoid&) = delete;
+    TYPMapCATUnicodeStringPVoid& operator=(const TYPMapCATUnicodeStringPVoid&) = delete;
+
+    const std::string& name() const { return *_name; }
+
+    // 1 when inserted, 0 when the key was already present (nothing changes).
+    int insert(const CATUnicodeString& key, void* object, const char* typeTag = "", int flag = 0);
+    // The object under `key`, or null. A non-empty tag must match the entry's.
+    void* find(const CATUnicodeString& key, const char* typeTag = "") const;
+    bool contains(const CATUnicodeString& key) const { return locate(key) >= 0; }
+    // 1 when an entry was erased, 0 when the key was absent.
+    int erase(const CATUnicodeString& key);
+    void clear();
+    int size() const { return static_cast<int>(_live); }
+    bool empty() const { return _live == 0; }
+
+    // Index access in iteration order, from 0; null / empty key out of range.
+    void* getObject(int index) const;
+    const CATUnicodeString* getKey(int index) const;
+    const std::string* getTag(int index) const;
+    // The first object in iteration order, or null.
+    void* first() const;
+
+    const_iterator begin() const { return const_iterator(&_entries, 0); }
+    const_iterator end() const { return const_iterator(&_entries, _entries.size()); }
+
+private:
+    static constexpr size_t kLinearLimit = 8;
+    static constexpr uint32_t kEmptySlot = 0xFFFFFFFFu;
+
+    long locate(const CATUnicodeString& key) const;
+    void compact() const;
+    void rebuildIndex() const;
+    void indexEntry(uint32_t entry) const;
+
+    const std::string* _name;
+    // Erased entries stay as tombstones until the next compaction; both are
+    // mutable because a const index access may compact.
+    mutable std::vector<Entry> _entries;
+    mutable std::vector<uint32_t> _slots; // open addressing over _entries, empty while small
+    size_t _live = 0;
+};
+
+#endif

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <random>
+
+#include "TYPMapCATUnicodeStringPVoid.h"
+#include "TYPMapIntPVoid.h"
+
+namespace {
+void* obj(intptr_t i) { return reinterpret_cast<void*>(i); }
+CATUnicodeString key(int i) { return CATUnicodeString("k") + CATUnicodeString(std::to_string(i)); }
+} // namespace
+
+TEST(TYPMapCATUnicodeStringPVoid, KeepsInsertionOrderAndFirstEntryOfAKey) {
+    TYPMapCATUnicodeStringPVoid m("MAP");
+    EXPECT_EQ(m.name(), "MAP");
+    EXPECT_EQ(m.insert("b", obj(1), "T"), 1);
+    EXPECT_EQ(m.insert("a", obj(2), "T"), 1);
+    EXPECT_EQ(m.insert("b", obj(3), "T"), 0);
+    EXPECT_EQ(m.size(), 2);
+    EXPECT_EQ(m.find("b"), obj(1));
+    EXPECT_EQ(m.find("b", "T"), obj(1));
+    EXPECT_EQ(m.find("b", "Other"), nullptr);
+    EXPECT_EQ(*m.getKey(0), CATUnicodeString("b"));
+    EXPECT_EQ(m.getObject(1), obj(2));
+    EXPECT_EQ(m.getObject(2), nullptr);
+    EXPECT_EQ(m.getObject(-1), nullptr);
+}
+
+TEST(TYPMapCATUnicodeStringPVoid, EraseThenReinsertMovesToTheEndAtEverySize) {
+    for (int n : {3, 8, 9, 100}) {
+        TYPMapCATUnicodeStringPVoid m;
+        for (int i = 0; i < n; ++i) m.insert(key(i), obj(i + 1));
+        EXPECT_EQ(m.erase(key(1)), 1);
+        EXPECT_EQ(m.erase(key(1)), 0);
+        EXPECT_EQ(m.find(key(1)), nullptr);
+        m.insert(key(1), obj(1000));
+        ASSERT_EQ(m.size(), n);
+        EXPECT_EQ(m.getObject(n - 1), obj(1000)) << n;
+        EXPECT_EQ(m.getObject(1), n > 2 ? obj(3) : obj(1000)) << n;
+        std::vector<void*> walked;
+        for (const auto& e : m) walked.push_back(e.object);
+        EXPECT_EQ(walked.size(), static_cast<size_t>(n));
+        EXPECT_EQ(walked.back(), obj(1000));
+        for (int i = 0; i < n; ++i) EXPECT_NE(m.find(key(i)), nullptr) << i;
+    }
+}
+
+TEST(TYPMapCATUnicodeStringPVoid, IterationSkipsEntriesErasedDuringTheWalk) {
+    TYPMapCATUnicodeStringPVoid m;
+    for (int i = 0; i < 20; ++i) m.insert(key(i), obj(i + 1));
+    int seen = 0;
+    for (const auto& e : m) {
+        ++seen;
+        if (e.key == key(0)) {
+            for (int i = 1; i < 20; i += 2) m.erase(key(i));
+        }
+    }
+    EXPECT_EQ(seen, 10);
+    EXPECT_EQ(m.size(), 10);
+}
+
+TEST(TYPMapCATUnicodeStringPVoid, ManyErasuresAndInsertionsStayConsistent) {
+    TYPMapCATUnicodeStringPVoid m;
+    std::mt19937 rng(7);
+    std::map<int, bool> present;
+    for (int round = 0; round < 20000; ++round) {
+        int k = static_cast<int>(rng() % 500);
+        if (rng() % 3 == 0) {
+            EXPECT_EQ(m.erase(key(k)), present[k] ? 1 : 0);
+            present[k] = false;
+        } else {
+            EXPECT_EQ(m.insert(key(k), obj(k + 1)), present[k] ? 0 : 1);
+            present[k] = true;
+        }
+    }
+    int expected = 0;
+    for (auto& p : present) {
+        if (p.second) {
+            ++expected;
+            EXPECT_EQ(m.find(key(p.first)), obj(p.first + 1));
+        }
+    }
+    EXPECT_EQ(m.size(), expected);
+}
+
+TEST(TYPMapCATUnicodeStringPVoid, IndexAccessDoesNotGrowWithTheSize) {
+    // Reading every entry by index must cost the same per entry at any size.
+    auto perEntry = [](int n) {
+        TYPMapCATUnicodeStringPVoid m;
+        for (int i = 0; i < n; ++i) m.insert(key(i), obj(i + 1));
+        auto t0 = std::chrono::steady_clock::now();
+        intptr_t sum = 0;
+        for (int rep = 0; rep < 5; ++rep)
+            for (int i = 0; i < n; ++i) sum += reinterpret_cast<intptr_t>(m.getObject(i));
+        auto t1 = std::chrono::steady_clock::now();
+        EXPECT_GT(sum, 0);
+        return std::chrono::duration<double>(t1 - t0).count() / n;
+    };
+    perEntry(1000);
+    double small = perEntry(10000), large = perEntry(200000);
+    EXPECT_LT(large, small * 8); // linear would be 20x
+}
+
+TEST(TYPMapIntPVoid, IteratesInAscendingKeyOrderInBothForms) {
+    for (int n : {10, 1000}) {
+        TYPMapIntPVoid m("sort");
+        std::vector<int> keys;
+        for (int i = 0; i < n; ++i) keys.push_back((i * 7919) % n);
+        for (int k : keys) EXPECT_EQ(m.insert(k, obj(k + 1)), 1);
+        EXPECT_EQ(m.insert(keys[3], obj(99999)), 0);
+        EXPECT_EQ(m.size(), n);
+        int expect = 0;
+        for (const auto& e : m) {
+            EXPECT_EQ(e.key, expect);
+            EXPECT_EQ(e.object, obj(expect + 1));
+            ++expect;
+        }
+        EXPECT_EQ(expect, n);
+        EXPECT_EQ(m.find(keys[3]), obj(keys[3] + 1));
+        EXPECT_EQ(m.erase(5), 1);
+        EXPECT_EQ(m.find(5), nullptr);
+        EXPECT_EQ(m.size(), n - 1);
+    }
+}
+
+TEST(TYPMapIntPVoid, NegativeKeysSortFirst) {
+    TYPMapIntPVoid m;
+    m.insert(3, obj(3));
+    m.insert(-1, obj(1));
+    m.insert(0, obj(2));
+    std::vector<int> keys;
+    for (const auto& e : m) keys.push_back(e.key);
+    EXPECT_EQ(keys, (std::vector<int>{-1, 0, 3}));
+}

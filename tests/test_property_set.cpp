@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <clocale>
+#include <regex>
+
+#include "CATIProduct.h"
+#include "JNLManager.h"
+#include "QELProperty.h"
+#include "QELPropertySet.h"
+
+namespace {
+const double kIdentity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0.5, -2.25, 1e21, 1};
+}
+
+TEST(QELPropertySet, ReplaceChangesKindAndMovesThePropertyToTheEnd) {
+    QELPropertySet set;
+    set.addIntegerArrayProperty("a", 1);
+    set.addStringProperty("b", "x");
+    set.addStringProperty("a", "text");
+    EXPECT_EQ(set.getPropertiesCount(), 2);
+    EXPECT_EQ(set.getIntegerArrayProperty("a"), nullptr);
+    EXPECT_EQ(set.getStringPropertyValue("a"), CATUnicodeString("text"));
+    EXPECT_EQ(set.getPropertyNameByIndex(0), CATUnicodeString("b"));
+    EXPECT_EQ(set.getPropertyNameByIndex(1), CATUnicodeString("a"));
+    EXPECT_EQ(set.getPropertyTypeByIndex(1), QELPROPERTY_STRING);
+}
+
+TEST(QELPropertySet, TypedGettersAnswerNeutrallyForMissingOrOtherKinds) {
+    QELPropertySet set;
+    EXPECT_EQ(set.getIntegerPropertyValue("none"), -1); // no map yet
+    set.addStringProperty("s", "v");
+    set.addBooleanProperty("b", true);
+    set.addMatrixProperty("m", kIdentity);
+    EXPECT_EQ(set.getIntegerPropertyValue("none"), -1);
+    EXPECT_EQ(set.getStringPropertyValue("b"), CATUnicodeString(""));
+    EXPECT_FALSE(set.getBooleanPropertyValue("s"));
+    EXPECT_EQ(set.getMatrixPropertyValue("s"), nullptr);
+    EXPECT_EQ(set.getStringArrayProperty("m"), nullptr);
+    EXPECT_EQ(set.getMatrixPropertyValue("m")[13], -2.25);
+    // The integer getter does not check the kind.
+    EXPECT_EQ(set.getIntegerPropertyValue("b"), 1);
+    EXPECT_EQ(set.getIntegerPropertyByIndex(1), 1);
+    EXPECT_TRUE(set.isPropertyExist("m"));
+    EXPECT_EQ(set.getProperty(7), nullptr);
+    EXPECT_EQ(set.getPropertyNameByIndex(7), CATUnicodeString(""));
+}
+
+TEST(QELPropertySet, ArraysAppendAndRefuseAnotherStorage) {
+    QELPropertySet set;
+    set.addStringArrayProperty("s", "a");
+    set.addStringArrayProperty("s", "b");
+    set.addBooleanArrayProperty("flags", true);
+    set.addBooleanArrayProperty("flags", false);
+    ASSERT_EQ(set.getStringArrayProperty("s")->size(), 2);
+    EXPECT_EQ((*set.getBooleanArrayProperty("flags"))[0], 1);
+    EXPECT_EQ((*set.getBooleanArrayProperty("flags"))[1], 0);
+
+    JNLManager::clear();
+    set.addStringProperty("text", "keep");
+    set.addIntegerArrayProperty("text", 5);
+    EXPECT_EQ(set.getStringPropertyValue("text"), CATUnicodeString("keep"));
+    EXPECT_TRUE(JNLManager::contains("addIntegerArrayProperty"));
+
+    EXPECT_FALSE(set.clearStringArrayProperty("flags"));
+    EXPECT_EQ(set.getBooleanArrayProperty("flags")->size(), 2);
+    EXPECT_TRUE(set.clearStringArrayProperty("s"));
+    ASSERT_NE(set.getStringArrayProperty("s"), nullptr);
+    EXPECT_EQ(set.getStringArrayProperty("s")->size(), 0);
+    JNLManager::clear();
+}
+
+TEST(QELPropertySet, DynamicMergeOverwritesEveryPairOnlyWhenAsked) {
+    QELPropertySet set;
+    set.addDynamicProperty("d", "k", "v1", false);
+    set.addDynamicProperty("d", "other", "o", false);
+    set.addDynamicProperty("d", "k", "v2", false);
+    TYPVectorCATUnicodeString* pairs = set.getDynamicPropertyValue("d");
+    ASSERT_EQ(pairs->size(), 4);
+    EXPECT_EQ((*pairs)[1], CATUnicodeString("v1"));
+    // A second pair with the same key, appended as a plain string element.
+    set.addStringArrayProperty("d", "k");
+    set.addStringArrayProperty("d", "v3");
+    set.addDynamicProperty("d", "k", "new", true);
+    EXPECT_EQ((*pairs)[1], CATUnicodeString("new"));
+    EXPECT_EQ((*pairs)[5], CATUnicodeString("new"));
+    EXPECT_EQ(pairs->size(), 6);
+}
+
+TEST(QELPropertySet, PrintStyleZeroPadsOrCutsNamesToForty) {
+    QELPropertySet set;
+    set.addStringProperty("short", "v");
+    set.addIntegerProperty(CATUnicodeString(std::string(45, 'n')), -3);
+    set.addBooleanProperty("flag", false);
+    std::string out = set.print(0).ConvertToChar();
+    std::string expected = "\tshort" + std::string(35, ' ') + "\t|\tv\n" + "\t" + std::string(40, 'n') +
+                           "\t|\t-3\n" + "\tflag" + std::string(36, ' ') + "\t|\tFALSE\n";
+    EXPECT_EQ(out, expected);
+}
+
+TEST(QELPropertySet, PrintValueTextOfEveryKind) {
+    QELPropertySet set;
+    set.addMatrixProperty("m", kIdentity);
+    set.addDynamicProperty("d", "k", "v", false);
+    set.addStringArrayProperty("s", "x");
+    set.addIntegerArrayProperty("i", 7);
+    set.addBooleanArrayProperty("b", true);
+    CATListValCATUnicodeString list;
+    list.Append("one");
+    list.Append("two");
+    set.addStringListProperty("l", list);
+    auto* product = new CATIProduct("P");
+    set.addCATIProductProperty("p", product);
+    product->Release();
+
+    auto value = [&](int index) {
+        std::string line = set.print(0).ConvertToChar();
+        size_t start = 0;
+        for (int i = 0; i < index; ++i) start = line.find('\n', start) + 1;
+        std::string one = line.substr(start, line.find('\n', start) - start);
+        return one.substr(one.find("|\t") + 2);
+    };
+    EXPECT_EQ(value(0), "[0] 1 [1] 0 [2] 0 [3] 0 [4] 0 [5] 1 [6] 0 [7] 0 [8] 0 [9] 0 [10] 1 [11] 0 "
+                        "[12] 0.5 [13] -2.25 [14] 1e+21 [15] 1 ");
+    EXPECT_EQ(value(1), "[k] v ");
+    EXPECT_EQ(value(2), "[0] x ");
+    EXPECT_EQ(value(3), "[0] 7 ");
+    EXPECT_EQ(value(4), "[0] TRUE ");
+    EXPECT_EQ(value(5), "[1] one [2] two ");
+    EXPECT_EQ(value(6), "!!unknown property type!!");
+}
+
+TEST(QELPropertySet, MatricesPrintWithAPointInADecimalCommaLocale) {
+    const char* chosen = nullptr;
+    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE", "fr_FR"}) {
+        if ((chosen = std::setlocale(LC_NUMERIC, name))) break;
+    }
+    if (!chosen) GTEST_SKIP() << "no decimal-comma locale installed";
+    QELPropertySet set;
+    set.addMatrixProperty("m", kIdentity);
+    std::string out = set.print(0).ConvertToChar();
+    std::setlocale(LC_NUMERIC, "C");
+    EXPECT_NE(out.find("[12] 0.5 "), std::string::npos);
+}
+
+TEST(QELPropertySet, PrintStyleOneWritesAttributeLines) {
+    QELPropertySet set;
+    set.addStringProperty("Name", "a\"b<c");
+    std::string out = set.print(1).ConvertToChar();
+    std::regex line("\t\t\t\t<Attribute Id=\"[0-9a-f-]{36}\" InitialValue=\"a\"b<c\" Name=\"Name\"/>\n");
+    EXPECT_TRUE(std::regex_match(out, line)) << out;
+    EXPECT_EQ(std::string(set.print(2).ConvertToChar()), "unknown style");
+    EXPECT_EQ(QELPropertySet().print(0), CATUnicodeString(""));
+}
+
+TEST(QELPropertySet, ProductReferenceIsHeldAndReleased) {
+    auto* product = new CATIProduct("P");
+    {
+        QELPropertySet set;
+        set.addCATIProductProperty("p", product);
+        EXPECT_EQ(product->RefCount(), 2u);
+        EXPECT_EQ(set.getCATIProductPropertyValue("p"), product);
+        set.addCATIProductProperty("null", nullptr);
+        EXPECT_EQ(set.getCATIProductPropertyValue("null"), nullptr);
+    }
+    EXPECT_EQ(product->RefCount(), 1u);
+    product->Release();
+}
+
+TEST(QELPropertySet, StringListOutlivesItsPropertyAndClearKeepsTheMap) {
+    CATListValCATUnicodeString* kept = nullptr;
+    {
+        QELPropertySet set;
+        CATListValCATUnicodeString list;
+        list.Append("survivor");
+        set.addStringListProperty("l", list);
+        kept = set.getStringListProperty("l");
+        set.addStringProperty("l", "replaced");
+        set.addIntegerProperty("i", 1);
+        set.clear();
+        EXPECT_EQ(set.getPropertiesCount(), 0);
+        set.addIntegerProperty("i", 2); // the old "i" is unreachable, not replaced
+        EXPECT_EQ(set.getIntegerPropertyValue("i"), 2);
+        set.release();
+        set.release();
+        EXPECT_EQ(set.getPropertiesCount(), 0);
+        set.addIntegerProperty("again", 3);
+        EXPECT_EQ(set.getIntegerPropertyValue("again"), 3);
+    }
+    ASSERT_NE(kept, nullptr);
+    EXPECT_EQ((*kept)[1], CATUnicodeString("survivor"));
+}
+
+TEST(QELPropertySet, ReadingTenThousandPropertiesByIndexIsLinear) {
+    auto perProperty = [](int n) {
+        QELPropertySet set;
+        for (int i = 0; i < n; ++i) set.addIntegerProperty(CATUnicodeString(std::to_string(i)), i);
+        auto t0 = std::chrono::steady_clock::now();
+        long sum = 0;
+        for (int i = 0; i < n; ++i) {
+            sum += set.getIntegerPropertyByIndex(i) + set.getPropertyTypeByIndex(i);
+            sum += set.getPropertyNameByIndex(i).GetLengthInChar();
+        }
+        auto t1 = std::chrono::steady_clock::now();
+        EXPECT_GT(sum, 0);
+        return std::chrono::duration<double>(t1 - t0).count() / n;
+    };
+    perProperty(1000);
+    double small = perProperty(1000), large = perProperty(10000);
+    EXPECT_LT(large, small * 4); // quadratic would be about 10x
+}
