@@ -30,5 +30,10 @@ if(QEL_SANITIZE)
         -fno-sanitize-recover=all
         -fno-omit-frame-pointer)
     add_compile_options(${QEL_SANITIZER_FLAGS})
+    # GCC 12 reports -Wmaybe-uninitialized falsely inside the standard library
+    # (std::regex, std::function) once the sanitizers instrument it.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
     add_link_options(${QEL_SANITIZER_FLAGS})
 endif()

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <random>
 
@@ -97,9 +98,14 @@ TEST(TYPMapCATUnicodeStringPVoid, IndexAccessDoesNotGrowWithTheSize) {
         EXPECT_GT(sum, 0);
         return std::chrono::duration<double>(t1 - t0).count() / n;
     };
-    perEntry(1000);
-    double small = perEntry(10000), large = perEntry(200000);
-    EXPECT_LT(large, small * 8); // linear would be 20x
+    // Best of three, since the machine is shared; caches alone cost a few x
+    // at the larger size, a scan per access would cost 20x.
+    double small = 1e9, large = 1e9;
+    for (int run = 0; run < 3; ++run) {
+        small = std::min(small, perEntry(10000));
+        large = std::min(large, perEntry(200000));
+    }
+    EXPECT_LT(large, small * 12);
 }
 
 TEST(TYPMapIntPVoid, IteratesInAscendingKeyOrderInBothForms) {

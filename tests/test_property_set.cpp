@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <clocale>
 #include <regex>
@@ -205,7 +206,10 @@ TEST(QELPropertySet, ReadingTenThousandPropertiesByIndexIsLinear) {
         EXPECT_GT(sum, 0);
         return std::chrono::duration<double>(t1 - t0).count() / n;
     };
-    perProperty(1000);
-    double small = perProperty(1000), large = perProperty(10000);
-    EXPECT_LT(large, small * 4); // quadratic would be about 10x
+    double small = 1e9, large = 1e9;
+    for (int run = 0; run < 3; ++run) {
+        small = std::min(small, perProperty(1000));
+        large = std::min(large, perProperty(10000));
+    }
+    EXPECT_LT(large, small * 5); // a scan per access would be 10x
 }
