@@ -2,6 +2,7 @@
 #define QELSession_H
 
 #include "CATUnicodeString.h"
+#include "EnumDocumentType.h"
 #include "QELObject.h"
 #include "QELPropertyHolder.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
@@ -58,6 +59,37 @@ public:
     int getItemCount() const;
     int getFileCount() const;
     int getWorkSpaceCount() const;
+
+    // Queries over the registered domain. Vectors returned as new are the
+    // caller's; the components in them are not.
+    //
+    // Finds the workspace registered as a + "+++" + b + "+++" + c; otherwise
+    // makes a new, unnamed workspace (the key is not given to it and the type
+    // is not used) and registers it under its empty name.
+    QELWorkSpace* createWorkSpace(EnumDocumentType type, const CATUnicodeString& a, const CATUnicodeString& b,
+                                  const CATUnicodeString& c);
+    QELWorkSpace* getActiveWorkSpace() const;
+    TYPVectorPQELWorkSpace* getPassiveWorkSpaces() const;
+    // The passive workspaces by ascending "WorkspaceIndex" (one per index).
+    long getOrderedPassiveWorkSpaces(TYPVectorPQELWorkSpace*& out) const;
+    TYPVectorPQELDocument* getAllQELDocuments() const;
+    QELDocument* getDocumentByOldName(const CATUnicodeString& name) const;
+    QELDocument* getDocumentByStringProperty(const CATUnicodeString& propertyName,
+                                             const CATUnicodeString& value) const;
+    // Items whose "MAJ" is 2; null when no item is registered.
+    TYPVectorPQELItem* getItemsWithMajExisting() const;
+    // What the component's document points to through item links of that
+    // name: the workspace opened on each pointed document, or the document
+    // itself for kinds not opened as workspaces. Null when there is nothing.
+    TYPVectorPQELComponent* getLinkedComponents(QELComponent* component, const CATUnicodeString& linkTypeName) const;
+    // Depth-first listing of what a visible workspace drags along through its
+    // drawing, analysis, process and catalog links; the two vectors stay
+    // parallel. 0x80004005 for a null component.
+    long getOrderedLinkedComponents(QELComponent* component, QELDocument* document,
+                                    TYPVectorPQELComponent& components, TYPVectorPQELDocument& documents) const;
+    // Whether the host session holds a flattening workspace: the session's
+    // boolean property "HasFlatteningWorkspace", set by the command module.
+    bool hasFlatteningWorkspace() const;
 
     CATUnicodeString print(int style) const;
     // Forgets every component and frees the registry and the properties; the

@@ -18,8 +18,9 @@ public:
     static CATUnicodeString getDocFilRefNameFromDocumentType(EnumDocumentType type);
     // The text after the last dot; empty without a dot or after a final dot.
     static CATUnicodeString getFileExtension(const CATUnicodeString& fileName);
-    // The entry `name` of the document's string list "CATIA_Mapping_Attribut";
-    // empty for a null document, an empty name, or a name not in the list.
+    // The value of the mapping attribute `name` in the document's pair list
+    // "CATIA_Mapping_Attribut"; empty for a null document, an empty name, or a
+    // name not in the list.
     static CATUnicodeString getPropertyValueMappingAttributes(QELDocument* document,
                                                               const CATUnicodeString& name);
 };

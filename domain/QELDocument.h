@@ -1,0 +1,133 @@
+#ifndef QELDocument_H
+#define QELDocument_H
+
+#include "CATUnicodeString.h"
+#include "EnumDocumentType.h"
+#include "QELComponent.h"
+#include "TYPMapCATUnicodeStringPVoid.h"
+#include "TYPVector.h"
+
+class QELAbsoluteOccurrence;
+class QELFile;
+class QELForm;
+class QELGeoDatas;
+class QELItem;
+class QELLink;
+class QELStacking;
+
+// One CAD document of the host session: its type and flags live in
+// properties, its files, forms, design tables and linked documents under link
+// 16 (REF), its items under link 15 (DOC_ITM), and its alternate shapes and
+// secondaries as GRM links where it is primary.
+//
+// Ownership: the maps returned by the getters belong to the document. Every
+// vector returned by a getAll... / getLinkedDesignTables / getGRM... operation
+// and by getPointedItemsByLink is new and the caller deletes it (the objects
+// in it stay the model's). getAllGRM...Links returns a new map of new vectors:
+// the caller deletes the vectors and the map. Components made by the
+// factories here belong to the model heap.
+class QELDocument : public QELComponent {
+public:
+    // Prefix of the qualified function names given to the journal and the
+    // error handler.
+    static constexpr const char* _CteCLASS_NAME = "QELDocument::";
+
+    QELDocument();
+    explicit QELDocument(const CATUnicodeString& name);
+    QELDocument(const CATUnicodeString& name, EnumDocumentType type);
+
+    // Type and flags
+    // -1 as well when the document has no "DocumentType" at all.
+    EnumDocumentType getType() const;
+    void setType(EnumDocumentType type);
+    long getCalculGeometricStatus(unsigned char& flag) const;
+    long setCalculGeometricStatus(unsigned char flag);
+    long getComputeGeo(unsigned char& flag) const;
+    long setComputeGeo(unsigned char flag);
+    // Exactly "FF": letter case matters.
+    unsigned char isAForeignFile() const;
+
+    // Files, items, forms and linked documents
+    // Reuses the file the session knows under fileName, so documents naming
+    // the same file share it.
+    QELFile* createFile(const CATUnicodeString& refName, const CATUnicodeString& fileName);
+    TYPMapCATUnicodeStringPVoid* getLinkedFiles(const CATUnicodeString& refName) const;
+    void linkItem(const CATUnicodeString& refName, QELItem* item);
+    TYPMapCATUnicodeStringPVoid* getLinkedItems(const CATUnicodeString& refName) const;
+    // Reference name -> map of items.
+    TYPMapCATUnicodeStringPVoid* getAllLinkedItems() const;
+    void linkDocument(const CATUnicodeString& refName, QELDocument* document);
+    void linkForm(QELForm* form);
+    // Always a new form, unlike addPublication.
+    QELForm* addCATIADocAttributesForm();
+    TYPMapCATUnicodeStringPVoid* getLinkedCATIADocAttributesForms() const;
+    // The publication of that visible name if there is one, else a new one.
+    QELForm* addPublication(const CATUnicodeString& name);
+    QELForm* getLinkedPublication(const CATUnicodeString& name) const;
+    TYPMapCATUnicodeStringPVoid* getLinkedPublications() const;
+    TYPVectorPQELDocument* getAllLinkedDocuments() const;
+    TYPVectorPQELFile* getAllLinkedFiles() const;
+    TYPVectorPQELForm* getAllLinkedForms() const;
+
+    // Design tables
+    QELDocument* addDesignTable(const CATUnicodeString& name, const CATUnicodeString& oldName);
+    void addDesignTable(QELDocument* designTable);
+    // In ascending "indiceDesignTable"; of two with the same index the first
+    // filed is kept.
+    TYPVectorPQELDocument* getLinkedDesignTables() const;
+
+    // Alternate shape representations and secondaries
+    QELDocument* addAlternateShapeRepresentation(const CATUnicodeString& shapeRepName,
+                                                 const CATUnicodeString& docName);
+    void linkAlternateShapeRepresentation(const CATUnicodeString& shapeRepName, QELDocument* document);
+    TYPVectorPQELLink* getLinkedAlternateShapeRepresentations() const;
+    TYPVectorPQELLink* getLinkedSecondaries() const;
+
+    // GRM links. The class filters keep a link when its primary is of the
+    // first class OR its secondary of the second: a link naming this document
+    // at either end passes the document filter.
+    QELLink* addGRMDocumentLink(const CATUnicodeString& name, QELDocument* document);
+    QELLink* addGRMItemLink(const CATUnicodeString& name, QELItem* item);
+    void addGRMFormLink(const CATUnicodeString& name, QELForm* form);
+    TYPVectorPQELLink* getGRMDocumentLinks(const CATUnicodeString& name) const;
+    TYPVectorPQELLink* getGRMFormLinks(const CATUnicodeString& name) const;
+    TYPVectorPQELLink* getGRMItemLinks(const CATUnicodeString& name) const;
+    TYPMapCATUnicodeStringPVoid* getAllGRMDocumentLinks() const;
+    TYPMapCATUnicodeStringPVoid* getAllGRMFormLinks() const;
+    TYPMapCATUnicodeStringPVoid* getAllGRMItemLinks() const;
+
+    QELLink* getGRMDocumentLinksWhereUsedAsPrimary(const CATUnicodeString& name, const QELDocument* other) const;
+    QELLink* getGRMFormLinksWhereUsedAsPrimary(const CATUnicodeString& name, const QELForm* other) const;
+    QELLink* getGRMItemLinksWhereUsedAsPrimary(const CATUnicodeString& name, const QELItem* other) const;
+    TYPVectorPQELLink* getGRMDocumentLinksWhereUsedAsPrimary(const QELDocument* other) const;
+    TYPVectorPQELLink* getGRMFormLinksWhereUsedAsPrimary(const QELForm* other) const;
+    TYPVectorPQELLink* getGRMItemLinksWhereUsedAsPrimary(const QELItem* other) const;
+    // Null when the document has no link of that name.
+    TYPVectorPQELLink* getGRMDocumentLinksWhereUsedAsPrimary(const CATUnicodeString& name) const;
+    TYPVectorPQELLink* getGRMFormLinksWhereUsedAsPrimary(const CATUnicodeString& name) const;
+    TYPVectorPQELLink* getGRMItemLinksWhereUsedAsPrimary(const CATUnicodeString& name) const;
+
+    QELLink* getGRMDocumentLinksWhereUsedAsSecondary(const CATUnicodeString& name, const QELDocument* other) const;
+    QELLink* getGRMFormLinksWhereUsedAsSecondary(const CATUnicodeString& name, const QELForm* other) const;
+    QELLink* getGRMItemLinksWhereUsedAsSecondary(const CATUnicodeString& name, const QELItem* other) const;
+    TYPVectorPQELLink* getGRMDocumentLinksWhereUsedAsSecondary(const QELDocument* other) const;
+    TYPVectorPQELLink* getGRMFormLinksWhereUsedAsSecondary(const QELForm* other) const;
+    TYPVectorPQELLink* getGRMItemLinksWhereUsedAsSecondary(const QELItem* other) const;
+    TYPVectorPQELLink* getGRMDocumentLinksWhereUsedAsSecondary(const CATUnicodeString& name) const;
+    TYPVectorPQELLink* getGRMFormLinksWhereUsedAsSecondary(const CATUnicodeString& name) const;
+    TYPVectorPQELLink* getGRMItemLinksWhereUsedAsSecondary(const CATUnicodeString& name) const;
+
+    // Always sets `items` to a new vector. -1 when the document has no GRM
+    // link of that name (the empty vector is still the caller's), else 0.
+    int getPointedItemsByLink(const CATUnicodeString& linkName, TYPVectorPQELItem*& items) const;
+
+    // Assembly and composites
+    void linkComponentAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence);
+    TYPMapCATUnicodeStringPVoid* getLinkedComponentAbsoluteOccurrences() const;
+    void linkBody(QELGeoDatas* body);
+    // Signature -> map of bodies.
+    TYPMapCATUnicodeStringPVoid* getLinkedBodys() const;
+    void linkStacking(QELStacking* stacking);
+};
+
+#endif

@@ -1,0 +1,43 @@
+#include "QELRelativeOccurrence.h"
+
+#include <cstdio>
+
+#include "QELAbsoluteOccurrence.h"
+#include "QELItem.h"
+
+namespace {
+
+const char* const kDefinition = "LINKNAME_DEFINITION";
+const int kLinkAbsRel = 5;
+const int kLinkRelItm = 7;
+
+} // namespace
+
+QELRelativeOccurrence::QELRelativeOccurrence() { set_ClassName("QELRELATIVEOCCURRENCE_CLASSNAME"); }
+
+QELRelativeOccurrence::QELRelativeOccurrence(const CATUnicodeString& first,
+                                             const CATUnicodeString& second) {
+    set_ClassName("QELRELATIVEOCCURRENCE_CLASSNAME");
+    if (!first.IsNull()) {
+        set_Name(first);
+    } else if (!second.IsNull()) {
+        set_Name(second);
+    } else {
+        std::fputs("Erreur : relative UID cannot be defined\n", stdout);
+    }
+}
+
+void QELRelativeOccurrence::setOCCID(const CATUnicodeString& occid) { set_Name(occid); }
+
+void QELRelativeOccurrence::addAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) {
+    addAbsolute(occurrence, kLinkAbsRel, kDefinition);
+}
+
+void QELRelativeOccurrence::linkItem(QELItem* item) {
+    addComponent(item, kLinkRelItm, kDefinition);
+}
+
+QELItem* QELRelativeOccurrence::getLinkedItem() const {
+    TYPMapCATUnicodeStringPVoid* items = getComponents(kLinkRelItm, kDefinition);
+    return items ? static_cast<QELItem*>(items->first()) : nullptr;
+}

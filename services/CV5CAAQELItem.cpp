@@ -1,0 +1,7 @@
+#include "CV5CAAQELItem.h"
+
+CV5CAAQELItem::CV5CAAQELItem() { set_ClassName("CV5CAAQELITEM_CLASSNAME"); }
+
+CV5CAAQELItem::CV5CAAQELItem(const CATUnicodeString& name) : QELItem(name) {
+    set_ClassName("CV5CAAQELITEM_CLASSNAME");
+}

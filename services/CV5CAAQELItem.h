@@ -1,0 +1,32 @@
+#ifndef CV5CAAQELItem_H
+#define CV5CAAQELItem_H
+
+#include "QELItem.h"
+
+class QELAbsoluteOccurrence;
+class QELDocument;
+
+// A PDM item as the CAD host knows it; every answer is a field with a setter.
+class CV5CAAQELItem : public QELItem {
+public:
+    CV5CAAQELItem();
+    explicit CV5CAAQELItem(const CATUnicodeString& name);
+
+    QELDocument* getItemDefaultDocument() const { return _defaultDocument; }
+    void setItemDefaultDocument(QELDocument* document) { _defaultDocument = document; }
+    unsigned char isCatalogComp() const { return _catalogComp; }
+    void setIsCatalogComp(unsigned char catalogComp) { _catalogComp = catalogComp; }
+    // The first absolute occurrence the host created for the item, and any one of them.
+    QELAbsoluteOccurrence* getFirstCreatedAbsoluteOccurrence() const { return _firstCreated; }
+    void setFirstCreatedAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) { _firstCreated = occurrence; }
+    QELAbsoluteOccurrence* getOneAbsoluteOccurrence() const { return _oneOccurrence; }
+    void setOneAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) { _oneOccurrence = occurrence; }
+
+private:
+    QELDocument* _defaultDocument = nullptr;
+    unsigned char _catalogComp = 0;
+    QELAbsoluteOccurrence* _firstCreated = nullptr;
+    QELAbsoluteOccurrence* _oneOccurrence = nullptr;
+};
+
+#endif

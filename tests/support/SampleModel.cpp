@@ -1,0 +1,193 @@
+#include "SampleModel.h"
+
+#include "QELGeoDatas.h"
+#include "QELModelHeap.h"
+#include "QELPliesGroup.h"
+#include "QELPly.h"
+#include "QELRelativeOccurrence.h"
+#include "QELScene.h"
+#include "QELSequence.h"
+#include "QELStacking.h"
+#include "QELUtilities.h"
+
+namespace {
+
+const char* const kItemDocument = "LINKNAME_CHILD";
+
+QELItem* item(QELSession* session, const char* name, const char* revision) {
+    auto* it = QELModelHeap::adopt(new QELItem(name));
+    it->addStringProperty("Item_ID", name);
+    it->addStringProperty("ItemRev_ID", revision);
+    it->addStringProperty("ItemRev_UID", CATUnicodeString("UID-") + name);
+    session->addItem(it);
+    return it;
+}
+
+QELDocument* document(QELItem* owner, EnumDocumentType type, const char* fileName, const char* partNumber) {
+    QELDocument* doc = owner->createDocument(kItemDocument, type, fileName);
+    doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName);
+    doc->addStringProperty("Part_Number", partNumber);
+    doc->addBooleanProperty("IsBrokenIcon", false);
+    return doc;
+}
+
+QELWorkSpace* workspace(QELSession* session, QELDocument* root, QELItem* rootItem, int fileType, int index) {
+    auto* ws = QELModelHeap::adopt(new QELWorkSpace());
+    ws->set_Name(root->get_Name());
+    ws->linkDocument(root);
+    ws->linkItem(rootItem);
+    ws->setDocFileLinkType(root->getType());
+    ws->setItemDocLinkType(kItemDocument);
+    ws->addBooleanProperty("IsVisible", true);
+    ws->addBooleanProperty("IsAnIgnoreNode", false);
+    ws->addIntegerProperty("FileType", fileType);
+    ws->addIntegerProperty("WorkspaceIndex", index);
+    session->addWorkSpace(ws);
+    return ws;
+}
+
+QELAbsoluteOccurrence* occurrence(QELWorkSpace* ws, QELComponent* parent, QELItem* shown, const char* uid,
+                                  const char* instance, int index) {
+    auto* occ = QELModelHeap::adopt(new QELAbsoluteOccurrence(uid, instance, parent));
+    ws->linkAbsoluteOccurrence(occ);
+    if (parent == ws) occ->linkWorkSpace(ws);
+    occ->linkItem(shown);
+    shown->linkAbsOcc(occ);
+    occ->addIntegerProperty("IndiceOfAbsolute", index);
+
+    // The instance in its parent product, shared by every place that product is used.
+    auto* relative = shown->getLinkedRelativeOccurrence(CATUnicodeString("REL-") + uid);
+    if (!relative) {
+        relative = QELModelHeap::adopt(new QELRelativeOccurrence(CATUnicodeString("REL-") + uid, instance));
+        relative->linkItem(shown);
+        shown->linkRelativeOccurrence(relative);
+    }
+    relative->addAbsoluteOccurrence(occ);
+    occ->linkRelativeOccurrence(relative);
+    const double placement[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 10.0 * index, 2.5, -0.125, 1};
+    relative->addMatrixProperty("RelativeMatrix", placement);
+    return occ;
+}
+
+// A view of `occ` as seen from `context`, with its own placement.
+void view(QELAbsoluteOccurrence* occ, QELItem* context, double offset) {
+    CATUnicodeString signature;
+    if (occ->buildAbsoluteViewSignature(context, signature) != 0) return;
+    auto* v = QELModelHeap::adopt(new QELAbsoluteView(signature));
+    v->linkItem(context);
+    context->linkAbsoluteView(v);
+    occ->linkAbsoluteView(v);
+    const double matrix[16] = {0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, offset, 1.0 / 3.0, 1e-7, 1};
+    v->addMatrixProperty("AbsoluteMatrix", matrix);
+    v->addBooleanProperty("IsVisible", offset < 100);
+}
+
+} // namespace
+
+SampleModel SampleModel::build() {
+    SampleModel m;
+    m.session = QELSession::getInstance();
+
+    m.gearboxItem = item(m.session, "Gearbox", "A");
+    m.housingItem = item(m.session, "Housing", "B");
+    m.clampItem = item(m.session, "Clamp", "A");
+    m.boltItem = item(m.session, "Bolt M8", "C");
+    m.shaftItem = item(m.session, "Shaft", "A");
+    m.coverItem = item(m.session, "Couvercle \xE9l\xE9ment", "A");
+    m.panelItem = item(m.session, "Panel", "A");
+    m.drawingItem = item(m.session, "Gearbox drawing", "A");
+    m.analysisItem = item(m.session, "Shaft analysis", "A");
+    m.fixtureItem = item(m.session, "Fixture", "A");
+
+    m.gearbox = document(m.gearboxItem, EnumDocumentType_Product, "Gearbox.CATProduct", "GBX-100");
+    m.housing = document(m.housingItem, EnumDocumentType_Product, "Housing.CATProduct", "HSG-200");
+    m.clamp = document(m.clampItem, EnumDocumentType_Product, "Clamp.CATProduct", "CLP-300");
+    m.bolt = document(m.boltItem, EnumDocumentType_Part, "Bolt.CATPart", "BLT-008");
+    m.shaft = document(m.shaftItem, EnumDocumentType_Part, "Shaft.CATPart", "SHF-010");
+    m.cover = document(m.coverItem, EnumDocumentType_Part, "Couvercle_\xE9l\xE9ment.CATPart", "CVR-\xC9-01");
+    m.panel = document(m.panelItem, EnumDocumentType_Part, "Panel.CATPart", "PNL-001");
+    m.drawing = document(m.drawingItem, EnumDocumentType_Drawing, "Gearbox.CATDrawing", "GBX-100-D");
+    m.analysis = document(m.analysisItem, EnumDocumentType_Analysis, "Shaft.CATAnalysis", "SHF-010-A");
+    m.fixture = document(m.fixtureItem, EnumDocumentType_Product, "Fixture.CATProduct", "FIX-001");
+
+    // Workspaces: the product being saved, and two passive ones given out of order.
+    m.active = workspace(m.session, m.gearbox, m.gearboxItem, EnumDocumentType_Product, 0);
+    m.active->setActiveWorkspace(1);
+    CATListValCATUnicodeString configuration;
+    configuration.Append("RevisionRule=Latest Working");
+    configuration.Append("Variant=Standard");
+    m.active->setConfiguration(configuration);
+    m.drawingWorkSpace = workspace(m.session, m.drawing, m.drawingItem, EnumDocumentType_Drawing, 2);
+    m.fixtureWorkSpace = workspace(m.session, m.fixture, m.fixtureItem, EnumDocumentType_Product, 1);
+
+    // The tree; siblings are created in another order than their indices.
+    m.housing1 = occurrence(m.active, m.active, m.housingItem, "u-hsg1", "Housing.1", 2);
+    m.shaft1 = occurrence(m.active, m.active, m.shaftItem, "u-shf1", "Shaft.1", 0);
+    m.panel1 = occurrence(m.active, m.active, m.panelItem, "u-pnl1", "Panel.1", 1);
+    m.bolt1 = occurrence(m.active, m.housing1, m.boltItem, "u-blt1", "Bolt.1", 1);
+    m.bolt2 = occurrence(m.active, m.housing1, m.boltItem, "u-blt2", "Bolt.2", 0);
+    m.clamp1 = occurrence(m.active, m.housing1, m.clampItem, "u-clp1", "Clamp.1", 2);
+    m.cover1 = occurrence(m.active, m.housing1, m.coverItem, "u-cvr1", "Cover.1", 3);
+    m.bolt3 = occurrence(m.active, m.clamp1, m.boltItem, "u-blt3", "Bolt.3", 0);
+    m.shaft2 = occurrence(m.active, m.clamp1, m.shaftItem, "u-shf2", "Shaft.2", 1);
+    m.cover1->addStringProperty("Parent_Comp", "Flange/Seal");
+
+    // Views of Bolt.3 in its three contexts, and one of Cover.1.
+    view(m.bolt3, m.clampItem, 1.5);
+    view(m.bolt3, m.housingItem, 20);
+    view(m.bolt3, m.gearboxItem, 150);
+    view(m.cover1, m.gearboxItem, 42);
+
+    // A scene of the cover in the root product.
+    m.cover1->createScene(m.gearboxItem, "Exploded");
+    if (QELScene* scene = m.cover1->getLinkedScene("Exploded")) scene->addStringProperty("nameOfScene", "Exploded");
+
+    // Shaft: two design tables (the second hidden) and a simplified shape.
+    m.shaftSizes = m.shaft->addDesignTable("Shaft sizes", "ShaftSizes.xls");
+    m.shaftOptions = m.shaft->addDesignTable("Shaft options", "ShaftOptions.xls");
+    for (QELDocument* dt : {m.shaftSizes, m.shaftOptions}) {
+        dt->setType(EnumDocumentType_DesignTable);
+        m.shaft->addGRMDocumentLink("catdesigntable", dt);
+    }
+    m.shaftSizes->addBooleanProperty("IsDesignTableVisible", true);
+    m.shaftOptions->addBooleanProperty("IsDesignTableVisible", false);
+    m.shaft1->addStringProperty("ComponentName", "Shaft simplified");
+    QELDocument* simplified = m.shaft1->addComponentShapeRepresentation("Simplified", "Shaft_simplified.cgr");
+    simplified->addStringProperty("ShortFileName", "Shaft_simplified.cgr");
+
+    // Cover: an alternate shape and a secondary document, Latin-1 names.
+    m.coverEnvelope = m.cover->addAlternateShapeRepresentation("Enveloppe", "Couvercle_enveloppe.CATPart");
+    m.coverMesh = QELModelHeap::adopt(new QELDocument("Couvercle_maillage.model", EnumDocumentType_Model));
+    m.coverMesh->addStringProperty("Part_Number", "CVR-\xC9-01-M");
+    m.cover->addGRMDocumentLink("CATIA_secondary_Link_type", m.coverMesh);
+
+    // Composites: one stacking tree and a body on the panel.
+    auto* stacking = QELModelHeap::adopt(new QELStacking(m.panel, "Stacking.1"));
+    stacking->addStringProperty("stacking_name", "Stacking.1");
+    auto* group = QELModelHeap::adopt(new QELPliesGroup(stacking, "Plies Group.1"));
+    group->addStringProperty("plies_group_name", "Plies Group.1");
+    auto* sequence = QELModelHeap::adopt(new QELSequence(group, "Sequence.1"));
+    sequence->addStringProperty("sequence_name", "Sequence.1");
+    for (const char* ply : {"Ply.1", "Ply.2"}) {
+        QELModelHeap::adopt(new QELPly(sequence, ply))->addStringProperty("ply_name", ply);
+    }
+    QELModelHeap::adopt(new QELGeoDatas(m.panel, "PartBody"))->addStringProperty("display_name", "PartBody");
+
+    // The drawing shows the gearbox; the analysis works on the shaft.
+    m.drawing->addGRMItemLink("VT_CATIAV5_DWGLINK", m.gearboxItem);
+    m.analysis->addGRMItemLink("CATIA_analysis_Link_type", m.shaftItem);
+    m.analysis->createFile("catanalysis_results", "Shaft_results.CATAnalysisResults");
+
+    // Forms and publications.
+    QELForm* attributes = m.gearbox->addCATIADocAttributesForm();
+    attributes->addStringProperty("Designer", "J. M\xFCller");
+    m.bolt->addPublication("Axis");
+    m.bolt->addPublication("Thread face");
+    auto* master = QELModelHeap::adopt(new QELForm("vt_item_master", "Bolt master"));
+    master->addStringProperty("Material", "Steel 8.8");
+    m.boltItem->linkForm(master);
+
+    m.bolt->addDynamicProperty("CATIA_Mapping_Attribut", "Material", "Steel 8.8", false);
+    m.session->setCalculGeometricStatus(true);
+    return m;
+}

@@ -1,0 +1,430 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "JNLManager.h"
+#include "QELAbsoluteOccurrence.h"
+#include "QELAbsoluteView.h"
+#include "QELDocument.h"
+#include "QELItem.h"
+#include "QELLink.h"
+#include "QELRelativeOccurrence.h"
+#include "QELScene.h"
+#include "QELSession.h"
+#include "QELWorkSpace.h"
+
+namespace {
+
+const long kFail = 0x80004005L;
+
+std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
+
+std::vector<std::string> namesOf(const TYPVectorPQELComponent& components) {
+    std::vector<std::string> names;
+    for (const QELComponent* c : components)
+        names.push_back(text(c->get_Name()));
+    return names;
+}
+
+// Bolt under Sub under the top-level Top of workspace WS, whose root item is
+// Root; Sub shows ItemSub and Top shows ItemTop.
+struct Assembly {
+    QELWorkSpace ws;
+    QELItem root{"Root"};
+    QELItem itemTop{"ItemTop"};
+    QELItem itemSub{"ItemSub"};
+    QELItem itemBolt{"ItemBolt"};
+    std::unique_ptr<QELAbsoluteOccurrence> top;
+    std::unique_ptr<QELAbsoluteOccurrence> sub;
+    std::unique_ptr<QELAbsoluteOccurrence> bolt;
+
+    Assembly() {
+        ws.set_Name("WS");
+        ws.linkItem(&root);
+        top.reset(new QELAbsoluteOccurrence("u1", "Top", &ws));
+        sub.reset(new QELAbsoluteOccurrence("u2", "Sub", top.get()));
+        bolt.reset(new QELAbsoluteOccurrence("u3", "Bolt", sub.get()));
+        top->linkWorkSpace(&ws);
+        for (QELAbsoluteOccurrence* occ : {top.get(), sub.get(), bolt.get()})
+            ws.linkAbsoluteOccurrence(occ);
+        top->linkItem(&itemTop);
+        sub->linkItem(&itemSub);
+        bolt->linkItem(&itemBolt);
+    }
+};
+
+class AbsoluteOccurrenceTest : public ::testing::Test {
+protected:
+    void SetUp() override { JNLManager::clear(); }
+    void TearDown() override {
+        QELSession::freeModel();
+        JNLManager::clear();
+    }
+};
+
+} // namespace
+
+// ---- construction ------------------------------------------------------------
+
+TEST_F(AbsoluteOccurrenceTest, ChildOfWorkspaceHasOwnUidAndInstanceAsPathsAndIsNotLinkedToIt) {
+    QELWorkSpace ws;
+    ws.set_Name("WS");
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+
+    EXPECT_EQ("A", text(occ.get_Name()));
+    EXPECT_EQ("u1", text(occ.getPathOccUIDS()));
+    EXPECT_EQ("A", text(occ.getPathInstanceNames()));
+    EXPECT_EQ("WS", text(occ.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
+    EXPECT_EQ(nullptr, occ.getLinkedWorkSpace());
+    EXPECT_EQ(nullptr, occ.getLinkedParentAbsoluteOccurrence());
+    EXPECT_EQ(nullptr, ws.getLinkedAbsoluteOccurrences());
+}
+
+TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence a("u1", "A", &ws);
+    QELAbsoluteOccurrence b("u2", "B", &a);
+    QELAbsoluteOccurrence c("u3", "", &b);
+
+    EXPECT_EQ("A+++B", text(b.get_Name()));
+    EXPECT_EQ("u1+++u2", text(b.getPathOccUIDS()));
+    EXPECT_EQ("A", text(b.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
+    EXPECT_EQ(&a, b.getLinkedParentAbsoluteOccurrence());
+    EXPECT_EQ(&b, a.getLinkedChildAbsoluteOccurrence(0));
+    EXPECT_EQ(nullptr, a.getLinkedChildAbsoluteOccurrence(1));
+
+    // Without an instance name the UID path names it, and it has no
+    // instance-name path of its own.
+    EXPECT_EQ("u1+++u2+++u3", text(c.get_Name()));
+    EXPECT_EQ("", text(c.getPathInstanceNames()));
+}
+
+TEST_F(AbsoluteOccurrenceTest, BadParentPrintsErrorAndKeepsOnlyTheTag) {
+    QELItem item("I");
+    ::testing::internal::CaptureStdout();
+    QELAbsoluteOccurrence orphan("u1", "A", nullptr);
+    QELAbsoluteOccurrence underItem("u2", "B", &item);
+    EXPECT_EQ("Error : parent component of an absolute occurrence cannot be null\n"
+              "Error : parent component is not wsp nore abs\n",
+              ::testing::internal::GetCapturedStdout());
+
+    for (const QELAbsoluteOccurrence* occ : {&orphan, &underItem}) {
+        EXPECT_TRUE(occ->isAbsolute());
+        EXPECT_EQ("", text(occ->get_Name()));
+        EXPECT_EQ(0, occ->getPropertiesCount());
+    }
+    EXPECT_EQ(-1, item.getChildrenCount(17));
+}
+
+TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceIsNamedByFirstNonEmptyText) {
+    QELRelativeOccurrence first("r1", "r2");
+    QELRelativeOccurrence second("", "r2");
+    ::testing::internal::CaptureStdout();
+    QELRelativeOccurrence none("", "");
+    EXPECT_EQ("Erreur : relative UID cannot be defined\n",
+              ::testing::internal::GetCapturedStdout());
+
+    EXPECT_EQ("r1", text(first.get_Name()));
+    EXPECT_EQ("r2", text(second.get_Name()));
+    EXPECT_EQ("", text(none.get_Name()));
+    EXPECT_TRUE(none.instanceOf("QELRELATIVEOCCURRENCE_CLASSNAME"));
+}
+
+TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRenames) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+    QELRelativeOccurrence rel("r1", "");
+    QELItem item("I");
+    rel.linkItem(&item);
+    rel.addAbsoluteOccurrence(&occ);
+    occ.linkRelativeOccurrence(&rel);
+
+    EXPECT_EQ(&rel, occ.getLinkedRelativeOccurrence());
+    EXPECT_EQ("r1", text(occ.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_RELATIVE_UID")));
+    EXPECT_EQ(&item, rel.getLinkedItem());
+    EXPECT_EQ(&occ, rel.getComponent(5, "LINKNAME_DEFINITION", "A"));
+
+    rel.setOCCID("r9");
+    EXPECT_EQ("r9", text(rel.get_Name()));
+}
+
+// ---- views -------------------------------------------------------------------
+
+TEST_F(AbsoluteOccurrenceTest, ViewsAreFoundBySignatureAndByContextName) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+    EXPECT_EQ(nullptr, occ.getLinkedAbsoluteViews());
+
+    QELItem ctx1("Ctx1");
+    QELItem ctx2("Ctx2");
+    QELAbsoluteView v1("A+++Ctx1");
+    QELAbsoluteView v2("A+++Ctx2");
+    v1.linkItem(&ctx1);
+    v2.linkItem(&ctx2);
+    occ.linkAbsoluteView(&v1);
+    occ.linkAbsoluteView(&v2);
+
+    EXPECT_EQ(&v2, occ.getLinkedAbsoluteView(CATUnicodeString("A+++Ctx2")));
+    EXPECT_EQ(nullptr, occ.getLinkedAbsoluteView(CATUnicodeString("A+++Nope")));
+    // The context is matched by name, not by object.
+    QELItem sameName("Ctx2");
+    EXPECT_EQ(&v2, occ.getLinkedAbsoluteView(&sameName));
+    QELItem other("Other");
+    EXPECT_EQ(nullptr, occ.getLinkedAbsoluteView(&other));
+    EXPECT_EQ(nullptr, occ.getLinkedAbsoluteView(static_cast<const QELItem*>(nullptr)));
+
+    // A new map each time: deleting it leaves the occurrence's views alone.
+    TYPMapCATUnicodeStringPVoid* views = occ.getLinkedAbsoluteViews();
+    ASSERT_NE(nullptr, views);
+    EXPECT_EQ("p_map_result", views->name());
+    ASSERT_EQ(2, views->size());
+    EXPECT_EQ(&v1, views->find("A+++Ctx1"));
+    delete views;
+    EXPECT_EQ(&v1, occ.getLinkedAbsoluteView(CATUnicodeString("A+++Ctx1")));
+}
+
+// ---- scenes ------------------------------------------------------------------
+
+TEST_F(AbsoluteOccurrenceTest, SceneFilesItselfUnderContextAndOccurrence) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+    QELItem ctx("Ctx");
+    QELScene scene(&occ, &ctx, "S1");
+
+    EXPECT_EQ("S1", text(scene.getSignature()));
+    EXPECT_EQ(&ctx, scene.getContext());
+    EXPECT_EQ(&scene, occ.getLinkedScene("S1"));
+    TYPMapCATUnicodeStringPVoid* itemScenes = ctx.getAllLinkedScenes();
+    ASSERT_NE(nullptr, itemScenes);
+    EXPECT_NE(nullptr, itemScenes->find("S1"));
+    EXPECT_EQ("", text(scene.getScene()));
+    scene.addStringProperty("nameOfScene", "Exploded");
+    EXPECT_EQ("Exploded", text(scene.getScene()));
+}
+
+TEST_F(AbsoluteOccurrenceTest, SceneWithNullPointerPrintsErrorAndFilesNothing) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+    QELItem ctx("Ctx");
+    ::testing::internal::CaptureStdout();
+    QELScene noContext(&occ, nullptr, "S1");
+    QELScene noOccurrence(nullptr, &ctx, "S2");
+    EXPECT_EQ("error: absolute occurrence and/or context p_item is NULL!\n"
+              "error: absolute occurrence and/or context p_item is NULL!\n",
+              ::testing::internal::GetCapturedStdout());
+    EXPECT_EQ(nullptr, occ.getLinkedScenes());
+    EXPECT_EQ(nullptr, ctx.getAllLinkedScenes());
+    EXPECT_EQ("", text(noOccurrence.get_Name()));
+}
+
+TEST_F(AbsoluteOccurrenceTest, CreateSceneFilesOneSceneOwnedByTheModel) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+    QELItem ctx("Ctx");
+    occ.createScene(&ctx, "S1");
+    occ.createScene(&ctx, "S2");
+
+    ASSERT_NE(nullptr, occ.getLinkedScenes());
+    EXPECT_EQ(2, occ.getLinkedScenes()->size());
+    QELScene* s1 = occ.getLinkedScene("S1");
+    ASSERT_NE(nullptr, s1);
+    EXPECT_EQ(&ctx, s1->getContext());
+    // Filed twice under the same keys: still one entry each.
+    EXPECT_EQ(1, occ.getComponents(26, "S1")->size());
+    EXPECT_EQ(2, ctx.getAllLinkedScenes()->size());
+
+    ::testing::internal::CaptureStdout();
+    occ.createScene(nullptr, "S3");
+    EXPECT_EQ("error: absolute occurrence and/or context p_item is NULL!\n",
+              ::testing::internal::GetCapturedStdout());
+    EXPECT_EQ(2, occ.getLinkedScenes()->size());
+}
+
+// ---- component shape representations -----------------------------------------
+
+TEST_F(AbsoluteOccurrenceTest, ComponentShapeRepresentationsAreLinkedWithTheirName) {
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ("u1", "A", &ws);
+    EXPECT_EQ(nullptr, occ.getLinkedComponentShapeRepresentations());
+
+    QELDocument* made = occ.addComponentShapeRepresentation("Light", "light.cgr");
+    ASSERT_NE(nullptr, made);
+    EXPECT_EQ("light.cgr", text(made->get_Name()));
+    QELDocument existing("heavy.cgr");
+    occ.linkComponentShapeRepresentation("Heavy", &existing);
+    // The same pair again still makes a new link for this link name.
+    occ.linkComponentShapeRepresentation("Heavy", &existing);
+
+    TYPVectorPQELLink* links = occ.getLinkedComponentShapeRepresentations();
+    ASSERT_NE(nullptr, links);
+    ASSERT_EQ(3, links->size());
+    EXPECT_EQ(made, (*links)[0]->get_Secondary());
+    EXPECT_EQ("Light", text((*links)[0]->getStringProperty("ShapeRepName")));
+    EXPECT_EQ(&existing, (*links)[1]->get_Secondary());
+    EXPECT_EQ("Heavy", text((*links)[1]->getStringProperty("ShapeRepName")));
+    delete links;
+}
+
+// ---- signatures --------------------------------------------------------------
+
+TEST_F(AbsoluteOccurrenceTest, SignatureRunsUpToEachAncestorContext) {
+    Assembly a;
+    CATUnicodeString signature;
+    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&a.itemSub, signature));
+    EXPECT_EQ("Bolt+++ItemSub", text(signature));
+    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&a.itemTop, signature));
+    EXPECT_EQ("Bolt+++Sub+++ItemTop", text(signature));
+    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&a.root, signature));
+    EXPECT_EQ("Bolt+++Sub+++Top+++Root", text(signature));
+    EXPECT_EQ(0, a.top->buildAbsoluteViewSignature(&a.root, signature));
+    EXPECT_EQ("Top+++Root", text(signature));
+
+    // Contexts are compared by name.
+    QELItem rootTwin("Root");
+    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&rootTwin, signature));
+    EXPECT_EQ("Bolt+++Sub+++Top+++Root", text(signature));
+}
+
+TEST_F(AbsoluteOccurrenceTest, SignatureFailsForNullOrNonAncestorContext) {
+    Assembly a;
+    QELItem stranger("Stranger");
+    CATUnicodeString signature("left over");
+    EXPECT_EQ(kFail, a.bolt->buildAbsoluteViewSignature(&stranger, signature));
+    EXPECT_EQ("", text(signature));
+    // Its own item is not an ancestor's.
+    signature = "left over";
+    EXPECT_EQ(kFail, a.bolt->buildAbsoluteViewSignature(&a.itemBolt, signature));
+    EXPECT_EQ("", text(signature));
+    signature = "left over";
+    EXPECT_EQ(kFail, a.bolt->buildAbsoluteViewSignature(nullptr, signature));
+    EXPECT_EQ("", text(signature));
+
+    // A parent without an item ends the walk.
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence top("v1", "T", &ws);
+    QELAbsoluteOccurrence leaf("v2", "L", &top);
+    EXPECT_EQ(kFail, leaf.buildAbsoluteViewSignature(&a.root, signature));
+}
+
+TEST_F(AbsoluteOccurrenceTest, ParentCompPiecesEnterTheSignatureLastFirst) {
+    Assembly a;
+    a.bolt->addStringProperty("Parent_Comp", "X/Y");
+    CATUnicodeString signature;
+    // The status is the piece count of the last split.
+    EXPECT_EQ(2, a.bolt->buildAbsoluteViewSignature(&a.itemSub, signature));
+    EXPECT_EQ("Bolt+++Y+++X+++ItemSub", text(signature));
+    EXPECT_EQ(2, a.bolt->buildAbsoluteViewSignature(&a.root, signature));
+    EXPECT_EQ("Bolt+++Y+++X+++Sub+++Top+++Root", text(signature));
+
+    // An ancestor's pieces follow its instance name; the last split counts.
+    a.sub->addStringProperty("Parent_Comp", "P");
+    EXPECT_EQ(1, a.bolt->buildAbsoluteViewSignature(&a.itemTop, signature));
+    EXPECT_EQ("Bolt+++Y+++X+++Sub+++P+++ItemTop", text(signature));
+}
+
+// ---- ancestry and views of all contexts ----------------------------------------
+
+TEST_F(AbsoluteOccurrenceTest, AllParentsListWorkspaceThenAncestorsTopDown) {
+    Assembly a;
+    TYPVectorPQELComponent* parents = nullptr;
+    EXPECT_EQ(0, a.bolt->getAllParents(parents));
+    ASSERT_NE(nullptr, parents);
+    EXPECT_EQ((std::vector<std::string>{"WS", "Top", "Top+++Sub"}), namesOf(*parents));
+    delete parents;
+
+    EXPECT_EQ(0, a.top->getAllParents(parents));
+    EXPECT_EQ((std::vector<std::string>{"WS"}), namesOf(*parents));
+    delete parents;
+
+    TYPMapCATUnicodeStringPVoid* map = a.bolt->getAllParentComponents();
+    ASSERT_NE(nullptr, map);
+    EXPECT_EQ("p_returned_map", map->name());
+    ASSERT_EQ(3, map->size());
+    EXPECT_EQ(a.sub.get(), map->getObject(0));
+    EXPECT_EQ(a.top.get(), map->getObject(1));
+    EXPECT_EQ(&a.ws, map->getObject(2));
+    delete map;
+}
+
+TEST_F(AbsoluteOccurrenceTest, OrphanHasNoParentsAndIsReported) {
+    QELAbsoluteOccurrence orphan;
+    TYPVectorPQELComponent* parents = nullptr;
+    EXPECT_EQ(0, orphan.getAllParents(parents));
+    ASSERT_NE(nullptr, parents);
+    EXPECT_TRUE(parents->empty());
+    delete parents;
+    EXPECT_EQ((std::vector<std::string>{"BEGIN QELAbsoluteOccurrence::getAllParents",
+                                        "getAllParents error : orphan absolute occurence",
+                                        "END QELAbsoluteOccurrence::getAllParents (-1)"}),
+              JNLManager::entries());
+
+    ::testing::internal::CaptureStdout();
+    TYPMapCATUnicodeStringPVoid* map = orphan.getAllParentComponents();
+    EXPECT_EQ("getAllParentComponents error : orphelan absolute occurence\n",
+              ::testing::internal::GetCapturedStdout());
+    ASSERT_NE(nullptr, map);
+    EXPECT_TRUE(map->empty());
+    delete map;
+
+    TYPVectorPQELComponent* views = nullptr;
+    EXPECT_EQ(0, orphan.getAllAbsViews(views));
+    EXPECT_EQ(nullptr, views);
+}
+
+TEST_F(AbsoluteOccurrenceTest, AllAbsViewsComeNearestContextFirst) {
+    Assembly a;
+    QELAbsoluteView inSub("Bolt+++ItemSub");
+    QELAbsoluteView inRoot("Bolt+++Sub+++Top+++Root");
+    QELAbsoluteView topInRoot("Top+++Root");
+    // A view filed under a signature that is not Bolt's in that context.
+    QELAbsoluteView wrong("Bolt+++ItemTop");
+    a.itemSub.linkAbsoluteView(&inSub);
+    a.root.linkAbsoluteView(&inRoot);
+    a.root.linkAbsoluteView(&topInRoot);
+    a.itemTop.linkAbsoluteView(&wrong);
+
+    TYPVectorPQELComponent* views = nullptr;
+    EXPECT_EQ(0, a.bolt->getAllAbsViews(views));
+    ASSERT_NE(nullptr, views);
+    EXPECT_EQ((std::vector<std::string>{"Bolt+++ItemSub", "Bolt+++Sub+++Top+++Root"}),
+              namesOf(*views));
+    delete views;
+    EXPECT_TRUE(JNLManager::contains("BEGIN QELAbsoluteOccurrence::getAllAbsViews"));
+    EXPECT_TRUE(JNLManager::contains("END QELAbsoluteOccurrence::getAllAbsViews (0)"));
+
+    // A top-level occurrence looks in the workspace's root item only.
+    EXPECT_EQ(0, a.top->getAllAbsViews(views));
+    ASSERT_NE(nullptr, views);
+    EXPECT_EQ((std::vector<std::string>{"Top+++Root"}), namesOf(*views));
+    delete views;
+}
+
+TEST_F(AbsoluteOccurrenceTest, AllAbsViewsPassesOnTheLastSignatureStatus) {
+    Assembly a;
+    a.bolt->addStringProperty("Parent_Comp", "X/Y");
+    QELAbsoluteView inTop("Bolt+++Y+++X+++Sub+++ItemTop");
+    a.itemTop.linkAbsoluteView(&inTop);
+
+    TYPVectorPQELComponent* views = nullptr;
+    EXPECT_EQ(2, a.bolt->getAllAbsViews(views));
+    ASSERT_NE(nullptr, views);
+    EXPECT_EQ((std::vector<std::string>{"Bolt+++Y+++X+++Sub+++ItemTop"}), namesOf(*views));
+    delete views;
+
+    // A parent without an item is skipped as a context, and it also cuts
+    // every walk that has to pass it: nothing is found above it.
+    QELItem rootItem("R");
+    QELWorkSpace ws;
+    ws.linkItem(&rootItem);
+    QELAbsoluteOccurrence top("v1", "T", &ws);
+    top.linkWorkSpace(&ws);
+    QELAbsoluteOccurrence leaf("v2", "L", &top);
+    QELAbsoluteView leafView("L+++T+++R");
+    rootItem.linkAbsoluteView(&leafView);
+    EXPECT_EQ(kFail, leaf.getAllAbsViews(views));
+    ASSERT_NE(nullptr, views);
+    EXPECT_TRUE(views->empty());
+    delete views;
+}

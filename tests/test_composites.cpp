@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "QELDocument.h"
+#include "QELGeoDatas.h"
+#include "QELPliesGroup.h"
+#include "QELPly.h"
+#include "QELSequence.h"
+#include "QELSession.h"
+#include "QELStacking.h"
+
+namespace {
+
+std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
+
+class CompositesTest : public ::testing::Test {
+protected:
+    void TearDown() override { QELSession::freeModel(); }
+};
+
+} // namespace
+
+TEST_F(CompositesTest, TreeHangsFromTheDocumentUnderOneKeyPerLink) {
+    QELDocument doc("Wing.CATPart", EnumDocumentType_Part);
+    QELStacking stacking(&doc, "Stacking.1");
+    QELPliesGroup group1(&stacking, "PG.1");
+    QELPliesGroup group2(&stacking, "PG.2");
+    QELSequence sequence(&group1, "Seq.1");
+    QELPly ply1(&sequence, "Ply.1");
+    QELPly ply2(&sequence, "Ply.2");
+
+    EXPECT_EQ(&stacking, doc.getComponent(29, "LINKNAME_DOC_STACKING", "Stacking.1"));
+    TYPMapCATUnicodeStringPVoid* groups =
+        stacking.getComponents(30, "LINKNAME_STACKING_PLIESGROUP");
+    ASSERT_NE(nullptr, groups);
+    EXPECT_EQ(2, groups->size());
+    EXPECT_EQ(&group2, groups->find("PG.2"));
+    EXPECT_EQ(&sequence, group1.getComponent(31, "LINKNAME_PLIESGROUP_SEQUENCE", "Seq.1"));
+    EXPECT_EQ(nullptr, group2.getComponents(31));
+    TYPMapCATUnicodeStringPVoid* plies = sequence.getComponents(32, "LINKNAME_SEQUENCE_PLY");
+    ASSERT_NE(nullptr, plies);
+    EXPECT_EQ(&ply1, plies->getObject(0));
+    EXPECT_EQ(&ply2, plies->getObject(1));
+
+    EXPECT_EQ("Ply.2", text(ply2.getSignature()));
+    EXPECT_TRUE(stacking.instanceOf("QELSTACKING_CLASSNAME"));
+    EXPECT_TRUE(group1.instanceOf("QELPLIES_GROUP_CLASSNAME"));
+    EXPECT_TRUE(sequence.instanceOf("QELSEQUENCE_CLASSNAME"));
+    EXPECT_TRUE(ply1.instanceOf("QELPLY_CLASSNAME"));
+}
+
+TEST_F(CompositesTest, GettersReadTheirOwnPropertyNotTheName) {
+    QELDocument doc("Wing.CATPart");
+    QELGeoDatas body(&doc, "Body.1");
+    QELStacking stacking(&doc, "Stacking.1");
+    QELPliesGroup group(&stacking, "PG.1");
+    QELSequence sequence(&group, "Seq.1");
+    QELPly ply(&sequence, "Ply.1");
+
+    EXPECT_EQ("", text(body.getBody()));
+    EXPECT_EQ("", text(stacking.getStacking()));
+    EXPECT_EQ("", text(group.getPliesGroup()));
+    EXPECT_EQ("", text(sequence.getSequence()));
+    EXPECT_EQ("", text(ply.getPly()));
+
+    body.addStringProperty("display_name", "Skin");
+    stacking.addStringProperty("stacking_name", "Main stacking");
+    group.addStringProperty("plies_group_name", "Upper");
+    sequence.addStringProperty("sequence_name", "S-01");
+    ply.addStringProperty("ply_name", "P-01");
+    EXPECT_EQ("Skin", text(body.getBody()));
+    EXPECT_EQ("Main stacking", text(stacking.getStacking()));
+    EXPECT_EQ("Upper", text(group.getPliesGroup()));
+    EXPECT_EQ("S-01", text(sequence.getSequence()));
+    EXPECT_EQ("P-01", text(ply.getPly()));
+    EXPECT_EQ("Ply.1", text(ply.get_Name()));
+}
+
+TEST_F(CompositesTest, BodiesOfOneDocumentStayApartBySignature) {
+    QELDocument doc("Wing.CATPart");
+    QELGeoDatas skin(&doc, "Skin");
+    QELGeoDatas spar(&doc, "Spar");
+
+    TYPMapCATUnicodeStringPVoid* bodies = doc.getLinkedBodys();
+    ASSERT_NE(nullptr, bodies);
+    ASSERT_EQ(2, bodies->size());
+    auto* underSkin = static_cast<TYPMapCATUnicodeStringPVoid*>(bodies->find("Skin"));
+    auto* underSpar = static_cast<TYPMapCATUnicodeStringPVoid*>(bodies->find("Spar"));
+    ASSERT_NE(nullptr, underSkin);
+    ASSERT_NE(nullptr, underSpar);
+    EXPECT_EQ(&skin, underSkin->first());
+    EXPECT_EQ(&spar, underSpar->first());
+    EXPECT_TRUE(skin.isAKindOf("QELGEODATAS_CLASSNAME"));
+}
+
+TEST_F(CompositesTest, NullOwnerPrintsItsLineAndLeavesTheObjectUnnamed) {
+    ::testing::internal::CaptureStdout();
+    QELGeoDatas body(nullptr, "Body.1");
+    QELStacking stacking(nullptr, "Stacking.1");
+    QELPliesGroup group(nullptr, "PG.1");
+    QELSequence sequence(nullptr, "Seq.1");
+    QELPly ply(nullptr, "Ply.1");
+    EXPECT_EQ("error: doc is NULL!\n"
+              "error: ip_document is NULL!\n"
+              "error: ip_staking is NULL!\n"
+              "error: ip_plies_group is NULL!\n"
+              "error: ip_sequence is NULL!\n",
+              ::testing::internal::GetCapturedStdout());
+
+    for (const QELComponent* c :
+         {static_cast<const QELComponent*>(&body), static_cast<const QELComponent*>(&stacking),
+          static_cast<const QELComponent*>(&group), static_cast<const QELComponent*>(&sequence),
+          static_cast<const QELComponent*>(&ply)}) {
+        EXPECT_EQ("", text(c->get_Name()));
+    }
+    // The tag is all that is set.
+    EXPECT_TRUE(stacking.instanceOf("QELSTACKING_CLASSNAME"));
+    EXPECT_EQ(0, stacking.getPropertiesCount());
+}
+
+TEST_F(CompositesTest, PliesOfOneNameInASequenceAreOneEntry) {
+    QELDocument doc("Wing.CATPart");
+    QELStacking stacking(&doc, "Stacking.1");
+    QELPliesGroup group(&stacking, "PG.1");
+    QELSequence sequence(&group, "Seq.1");
+    QELPly first(&sequence, "Ply.1");
+    QELPly twin(&sequence, "Ply.1");
+
+    TYPMapCATUnicodeStringPVoid* plies = sequence.getComponents(32, "LINKNAME_SEQUENCE_PLY");
+    ASSERT_NE(nullptr, plies);
+    EXPECT_EQ(1, plies->size());
+    EXPECT_EQ(&first, plies->find("Ply.1"));
+
+    // An existing ply may be filed under a second sequence too.
+    QELSequence other(&group, "Seq.2");
+    other.linkPly(&first);
+    EXPECT_EQ(&first, other.getComponent(32, "LINKNAME_SEQUENCE_PLY", "Ply.1"));
+    EXPECT_EQ(2, group.getComponents(31, "LINKNAME_PLIESGROUP_SEQUENCE")->size());
+}

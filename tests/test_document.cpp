@@ -1,0 +1,357 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "QELDocument.h"
+#include "QELFile.h"
+#include "QELForm.h"
+#include "QELItem.h"
+#include "QELLink.h"
+#include "QELSession.h"
+#include "QELUtilities.h"
+#include "QELWorkSpace.h"
+
+namespace {
+
+class DocumentTest : public ::testing::Test {
+protected:
+    void TearDown() override { QELSession::freeModel(); }
+};
+
+template <typename T> std::unique_ptr<T> owned(T* p) { return std::unique_ptr<T>(p); }
+
+template <typename T> std::vector<CATUnicodeString> namesOf(const TYPVector<T*>& v) {
+    std::vector<CATUnicodeString> out;
+    for (T* c : v) out.push_back(c->get_Name());
+    return out;
+}
+
+std::vector<CATUnicodeString> texts(std::initializer_list<const char*> list) {
+    return std::vector<CATUnicodeString>(list.begin(), list.end());
+}
+
+} // namespace
+
+// ---- type, flags and helpers ---------------------------------------------------------
+
+TEST_F(DocumentTest, TypeIsUnsetWithoutOneAndReplacedBySetType) {
+    QELDocument bare;
+    EXPECT_TRUE(bare.isAKindOf("QELDOCUMENT_CLASSNAME"));
+    EXPECT_FALSE(bare.isPropertyExist("DocumentType"));
+    EXPECT_EQ(bare.getType(), EnumDocumentType_Unset);
+
+    QELDocument named("Bolt");
+    EXPECT_EQ(named.getType(), EnumDocumentType_Unset);
+    EXPECT_EQ(QELUtilities::getDocFilRefNameFromDocumentType(named.getType()), CATUnicodeString("unknown"));
+
+    QELDocument part("Plate", EnumDocumentType_Part);
+    EXPECT_EQ(part.getType(), EnumDocumentType_Part);
+    part.setType(EnumDocumentType_Drawing);
+    EXPECT_EQ(part.getType(), EnumDocumentType_Drawing);
+}
+
+TEST_F(DocumentTest, ForeignFileNeedsExactlyUpperCaseFF) {
+    QELDocument d("D", EnumDocumentType_Part);
+    EXPECT_FALSE(d.isAForeignFile());
+    d.addStringProperty("IsAForeignFile", "ff");
+    EXPECT_FALSE(d.isAForeignFile());
+    d.addStringProperty("IsAForeignFile", "FF ");
+    EXPECT_FALSE(d.isAForeignFile());
+    d.addStringProperty("IsAForeignFile", "FF");
+    EXPECT_TRUE(d.isAForeignFile());
+}
+
+TEST(QELUtilitiesDocument, ReferenceNamePerDocumentType) {
+    struct Row {
+        int type;
+        const char* name;
+    };
+    const Row rows[] = {{-1, "unknown"},        {0, "unknown"},      {1, "catproduct"},  {2, "catpart"},
+                        {3, "catdrawing"},      {4, "catprocess"},   {5, "catanalysis"}, {6, "unknown"},
+                        {7, "catdesigntable"},  {8, "catalog"},      {9, "unknown"},     {-7, "unknown"}};
+    for (const Row& r : rows) {
+        EXPECT_EQ(QELUtilities::getDocFilRefNameFromDocumentType(static_cast<EnumDocumentType>(r.type)),
+                  CATUnicodeString(r.name))
+            << "type " << r.type;
+    }
+}
+
+TEST(QELUtilitiesDocument, FileExtensionIsTextAfterLastDot) {
+    EXPECT_EQ(QELUtilities::getFileExtension("a.b.c"), CATUnicodeString("c"));
+    EXPECT_EQ(QELUtilities::getFileExtension("noext"), CATUnicodeString(""));
+    EXPECT_EQ(QELUtilities::getFileExtension("trailing."), CATUnicodeString(""));
+    EXPECT_EQ(QELUtilities::getFileExtension("dir.v2/file"), CATUnicodeString("v2/file"));
+    // Positions count characters: a name with code points above 0xFF.
+    CATUnicodeString wide;
+    wide.BuildFromUTF8("\xE9\x83\xA8\xE5\x93\x81.\xCE\xA9x");
+    CATUnicodeString expected;
+    expected.BuildFromUTF8("\xCE\xA9x");
+    EXPECT_EQ(QELUtilities::getFileExtension(wide), expected);
+}
+
+TEST_F(DocumentTest, MappingAttributeIsLookedUpInTheStringList) {
+    QELDocument d("D", EnumDocumentType_Part);
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(nullptr, "Mass"), CATUnicodeString(""));
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "Mass"), CATUnicodeString(""));
+
+    d.addDynamicProperty("CATIA_Mapping_Attribut", "Material", "Steel", false);
+    d.addDynamicProperty("CATIA_Mapping_Attribut", "Mass", "12", false);
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "Mass"), CATUnicodeString("12"));
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "Material"), CATUnicodeString("Steel"));
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "mass"), CATUnicodeString(""));
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, ""), CATUnicodeString(""));
+
+    // A list of names only, without values, answers nothing.
+    QELDocument names("N", EnumDocumentType_Part);
+    CATListValCATUnicodeString list;
+    list.Append("Mass");
+    names.addStringListProperty("CATIA_Mapping_Attribut", list);
+    EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&names, "Mass"), CATUnicodeString(""));
+}
+
+// ---- files, forms and linked documents -----------------------------------------------------
+
+TEST_F(DocumentTest, CreateFileRegistersOnceAndSharesTheFileBetweenDocuments) {
+    QELDocument first("First", EnumDocumentType_Part);
+    QELDocument second("Second", EnumDocumentType_Part);
+    QELSession* session = QELSession::getInstance();
+
+    QELFile* file = first.createFile("catpart", "Plate.CATPart");
+    EXPECT_EQ(session->getFile("Plate.CATPart"), file);
+    EXPECT_EQ(file->getStringProperty("File_Version"), CATUnicodeString("CATPart"));
+    EXPECT_EQ(file->getLinkedDocument(), &first);
+
+    EXPECT_EQ(second.createFile("catpart", "Plate.CATPart"), file);
+    EXPECT_EQ(session->getFileCount(), 1);
+    EXPECT_EQ(file->getLinkedDocument(), &first);
+    EXPECT_EQ(second.getLinkedFiles("catpart")->find("Plate.CATPart"), file);
+
+    // The type's reference name finds a document's own files, except for a
+    // model document, whose type has none.
+    EXPECT_EQ(first.getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(first.getType())),
+              first.getLinkedFiles("catpart"));
+    QELDocument model("Model", EnumDocumentType_Model);
+    model.createFile("catmodel", "M.model");
+    EXPECT_EQ(model.getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(model.getType())), nullptr);
+}
+
+TEST_F(DocumentTest, PublicationsAreReusedByNameWhileAttributeFormsAreAlwaysNew) {
+    QELDocument d("D", EnumDocumentType_Part);
+    EXPECT_EQ(d.getLinkedPublications(), nullptr);
+
+    QELForm* face = d.addPublication("Face");
+    EXPECT_EQ(face->getFormType(), CATUnicodeString("catpublication"));
+    EXPECT_EQ(face->getStringProperty("QELFRM_PROPERTY_NAME"), CATUnicodeString("Face"));
+    EXPECT_EQ(face->getLinkedDocument(), &d);
+    EXPECT_EQ(d.addPublication("Face"), face);
+    QELForm* edge = d.addPublication("Edge");
+    EXPECT_NE(edge, face);
+    EXPECT_EQ(d.getLinkedPublication("Edge"), edge);
+    EXPECT_EQ(d.getLinkedPublications()->size(), 2);
+
+    QELForm* a1 = d.addCATIADocAttributesForm();
+    QELForm* a2 = d.addCATIADocAttributesForm();
+    EXPECT_NE(a1->get_Name(), a2->get_Name());
+    EXPECT_EQ(a1->getFormType(), CATUnicodeString("catia_doc_attributes"));
+    EXPECT_EQ(a2->getLinkedDocument(), &d);
+    EXPECT_EQ(d.getLinkedCATIADocAttributesForms()->size(), 2);
+}
+
+TEST_F(DocumentTest, AllLinkedCollectionsSortChildrenByKind) {
+    QELDocument d("D", EnumDocumentType_Product);
+    auto none = owned(d.getAllLinkedDocuments());
+    ASSERT_NE(none, nullptr);
+    EXPECT_EQ(none->size(), 0);
+    EXPECT_EQ(owned(d.getAllLinkedFiles())->size(), 0);
+    EXPECT_EQ(owned(d.getAllLinkedForms())->size(), 0);
+
+    QELDocument linked("Linked", EnumDocumentType_Part);
+    QELForm custom("checklist", "Review");
+    d.createFile("catproduct", "Top.CATProduct");
+    d.linkDocument("drawing_of", &linked);
+    d.linkForm(&custom);
+    d.addPublication("Pub");
+    d.addDesignTable("Sizes", "Sizes.xls");
+
+    auto docs = owned(d.getAllLinkedDocuments());
+    auto files = owned(d.getAllLinkedFiles());
+    auto forms = owned(d.getAllLinkedForms());
+    EXPECT_EQ(namesOf(*docs), texts({"Linked", "Sizes.xls"}));
+    EXPECT_EQ(namesOf(*files), texts({"Top.CATProduct"}));
+    ASSERT_EQ(forms->size(), 2);
+    EXPECT_EQ((*forms)[0], &custom);
+    EXPECT_EQ((*forms)[1]->getFormType(), CATUnicodeString("catpublication"));
+    // linkForm files the form only; the form is not told of the document.
+    EXPECT_EQ(custom.getLinkedDocument(), nullptr);
+}
+
+// ---- design tables -------------------------------------------------------------------------
+
+TEST_F(DocumentTest, DesignTablesAreNumberedAndCarryTheirOwnFile) {
+    QELDocument owner("Owner", EnumDocumentType_Part);
+    auto empty = owned(owner.getLinkedDesignTables());
+    ASSERT_NE(empty, nullptr);
+    EXPECT_EQ(empty->size(), 0);
+
+    QELDocument* first = owner.addDesignTable("Sizes", "Sizes_old.xls");
+    QELDocument* second = owner.addDesignTable("Colours", "Colours.txt");
+    EXPECT_EQ(first->get_Name(), CATUnicodeString("Sizes_old.xls"));
+    EXPECT_EQ(first->getType(), EnumDocumentType_Unset);
+    EXPECT_EQ(first->getIntegerProperty("indiceDesignTable"), 0);
+    EXPECT_EQ(second->getIntegerProperty("indiceDesignTable"), 1);
+    EXPECT_EQ(first->getStringProperty("DesignTableName"), CATUnicodeString("Sizes"));
+    EXPECT_EQ(first->getStringProperty("OldDesignTableName"), CATUnicodeString("Sizes_old.xls"));
+
+    QELSession* session = QELSession::getInstance();
+    EXPECT_EQ(session->getDocument("Sizes_old.xls"), nullptr);
+    QELFile* file = session->getFile("Sizes_old.xls");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->getLinkedDocument(), first);
+    EXPECT_EQ(file->getStringProperty("File_Version"), CATUnicodeString("xls"));
+    ASSERT_NE(first->getLinkedFiles("catdesigntable"), nullptr);
+    EXPECT_EQ(first->getLinkedFiles("catdesigntable")->find("Sizes_old.xls"), file);
+
+    auto tables = owned(owner.getLinkedDesignTables());
+    ASSERT_EQ(tables->size(), 2);
+    EXPECT_EQ((*tables)[0], first);
+    EXPECT_EQ((*tables)[1], second);
+}
+
+TEST_F(DocumentTest, DesignTablesComeBackInIndexOrderWhateverTheStoreOrder) {
+    QELDocument owner("Owner", EnumDocumentType_Part);
+    QELDocument c("C"), a("A"), b("B"), unnumbered("U");
+    c.addIntegerProperty("indiceDesignTable", 20);
+    a.addIntegerProperty("indiceDesignTable", 0);
+    b.addIntegerProperty("indiceDesignTable", 5);
+    owner.addDesignTable(&c);
+    owner.addDesignTable(&a);
+    owner.addDesignTable(&unnumbered);
+    owner.addDesignTable(&b);
+    // Filing an existing table leaves its properties alone.
+    EXPECT_FALSE(unnumbered.isPropertyExist("indiceDesignTable"));
+
+    auto tables = owned(owner.getLinkedDesignTables());
+    EXPECT_EQ(namesOf(*tables), texts({"U", "A", "B", "C"}));
+
+    // The next table made here is numbered after the four already filed.
+    EXPECT_EQ(owner.addDesignTable("D", "D.xls")->getIntegerProperty("indiceDesignTable"), 4);
+}
+
+// ---- GRM links ---------------------------------------------------------------------------
+
+TEST_F(DocumentTest, AlternateShapesAlwaysMakeANewLinkNamingTheRepresentation) {
+    QELDocument d("D", EnumDocumentType_Part);
+    auto noLinks = owned(d.getLinkedAlternateShapeRepresentations());
+    EXPECT_EQ(noLinks, nullptr);
+
+    QELDocument* made = d.addAlternateShapeRepresentation("Simplified", "D_simple");
+    EXPECT_EQ(made->get_Name(), CATUnicodeString("D_simple"));
+    EXPECT_EQ(made->getType(), EnumDocumentType_Unset);
+    EXPECT_EQ(QELSession::getInstance()->getDocument("D_simple"), nullptr);
+
+    d.linkAlternateShapeRepresentation("Envelope", made);
+    auto links = owned(d.getLinkedAlternateShapeRepresentations());
+    ASSERT_EQ(links->size(), 2);
+    EXPECT_EQ((*links)[0]->getStringProperty("ShapeRepName"), CATUnicodeString("Simplified"));
+    EXPECT_EQ((*links)[1]->getStringProperty("ShapeRepName"), CATUnicodeString("Envelope"));
+    EXPECT_EQ((*links)[1]->get_Secondary(), made);
+
+    // Secondaries, by contrast, reuse the link to a known document.
+    QELDocument other("Other", EnumDocumentType_Part);
+    d.addGRMDocumentLink("CATIA_secondary_Link_type", &other);
+    d.addGRMDocumentLink("CATIA_secondary_Link_type", &other);
+    EXPECT_EQ(owned(d.getLinkedSecondaries())->size(), 1);
+}
+
+TEST_F(DocumentTest, ClassFiltersAcceptEitherEndWhereUsedOnlyTheFarEnd) {
+    QELDocument d("D", EnumDocumentType_Part);
+    QELDocument target("T", EnumDocumentType_Part);
+    QELItem item("I");
+    QELForm form("checklist");
+    QELLink* toDoc = d.addGRMDocumentLink("L", &target);
+    QELLink* toItem = d.addGRMItemLink("L", &item);
+    d.addGRMFormLink("L", &form);
+
+    // The primary is a document for all three, so each filter keeps all.
+    EXPECT_EQ(owned(d.getGRMDocumentLinks("L"))->size(), 3);
+    EXPECT_EQ(owned(d.getGRMFormLinks("L"))->size(), 3);
+    EXPECT_EQ(owned(d.getGRMItemLinks("L"))->size(), 3);
+    auto all = owned(d.getAllGRMItemLinks());
+    ASSERT_EQ(all->size(), 1);
+    ASSERT_NE(all->find("L"), nullptr);
+    EXPECT_EQ(static_cast<TYPVectorPQELLink*>(all->find("L"))->size(), 3);
+    for (const auto& e : *all) delete static_cast<TYPVectorPQELLink*>(e.object);
+    // Seen from the item, the link's primary is no item and its secondary no
+    // document: the item's document filter drops it.
+    EXPECT_EQ(owned(item.getGRMDocumentLinks("L"))->size(), 0);
+
+    EXPECT_EQ(owned(d.getGRMDocumentLinksWhereUsedAsPrimary(CATUnicodeString("Unknown"))), nullptr);
+    auto docs = owned(d.getGRMDocumentLinksWhereUsedAsPrimary(CATUnicodeString("L")));
+    auto items = owned(d.getGRMItemLinksWhereUsedAsPrimary(CATUnicodeString("L")));
+    ASSERT_EQ(docs->size(), 1);
+    ASSERT_EQ(items->size(), 1);
+    EXPECT_EQ((*docs)[0], toDoc);
+    EXPECT_EQ((*items)[0], toItem);
+    EXPECT_EQ(owned(d.getGRMDocumentLinksWhereUsedAsSecondary(CATUnicodeString("L")))->size(), 0);
+    EXPECT_EQ(target.getGRMDocumentLinksWhereUsedAsSecondary("L", &d), toDoc);
+    EXPECT_EQ(target.getGRMDocumentLinksWhereUsedAsPrimary("L", &d), nullptr);
+}
+
+TEST_F(DocumentTest, PointedItemsFollowLinkOrderAndFailWithoutTheLink) {
+    QELDocument d("D", EnumDocumentType_Part);
+    TYPVectorPQELItem* items = nullptr;
+    EXPECT_EQ(d.getPointedItemsByLink("VT_LINK", items), -1);
+    ASSERT_NE(items, nullptr);
+    EXPECT_EQ(items->size(), 0);
+    delete items;
+
+    QELItem second("Second"), first("First");
+    QELDocument notAnItem("N", EnumDocumentType_Part);
+    d.addGRMItemLink("VT_LINK", &second);
+    d.addGRMDocumentLink("VT_LINK", &notAnItem);
+    d.addGRMItemLink("VT_LINK", &first);
+    d.addGRMItemLink("VT_LINK", &second);
+    items = nullptr;
+    EXPECT_EQ(d.getPointedItemsByLink("VT_LINK", items), 0);
+    ASSERT_NE(items, nullptr);
+    EXPECT_EQ(namesOf(*items), texts({"Second", "First"}));
+    delete items;
+
+    // A name the document has no link of fails even when it has others.
+    items = nullptr;
+    EXPECT_EQ(d.getPointedItemsByLink("OTHER", items), -1);
+    delete items;
+}
+
+// ---- session registry --------------------------------------------------------------------
+
+TEST_F(DocumentTest, SessionRegistryKeepsEachKindApart) {
+    QELSession* session = QELSession::getInstance();
+    EXPECT_EQ(session->getDocumentCount() + session->getItemCount() + session->getFileCount() +
+                  session->getWorkSpaceCount(),
+              0);
+    EXPECT_EQ(session->getDocuments(), nullptr);
+    EXPECT_EQ(session->getWorkSpaces(), nullptr);
+
+    QELDocument doc("Same", EnumDocumentType_Part), twin("Same", EnumDocumentType_Drawing);
+    QELItem item("Same");
+    QELFile file("Same");
+    QELWorkSpace workSpace;
+    workSpace.set_Name("Same");
+    session->addDocument(&doc);
+    session->addItem(&item);
+    session->addFile(&file);
+    session->addWorkSpace(&workSpace);
+    session->addDocument(nullptr);
+    // A second document of a known name leaves the first in place.
+    session->addDocument(&twin);
+    EXPECT_EQ(session->getDocument("Same"), &doc);
+    EXPECT_EQ(session->getItem("Same"), &item);
+    EXPECT_EQ(session->getFile("Same"), &file);
+    EXPECT_EQ(session->getWorkSpace("Same"), &workSpace);
+    EXPECT_EQ(session->getDocument("Other"), nullptr);
+    EXPECT_EQ(session->getDocumentCount(), 1);
+    EXPECT_EQ(session->getWorkSpaceCount(), 1);
+    EXPECT_EQ(session->getFiles()->find("Same"), &file);
+}
