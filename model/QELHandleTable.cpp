@@ -86,6 +86,16 @@ std::string QELHandleTable::format(uint64_t handle) {
 
 size_t QELHandleTable::liveCount() { return table().live; }
 
+std::vector<QELComponent*> QELHandleTable::liveComponents() {
+    const Table& t = table();
+    std::vector<QELComponent*> out;
+    out.reserve(t.live);
+    for (QELComponent* c : t.slots) {
+        if (c) out.push_back(c);
+    }
+    return out;
+}
+
 bool QELHandleTable::restartNumbering() {
     Table& t = table();
     if (t.live != 0) return false;

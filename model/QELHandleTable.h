@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class QELComponent;
 
@@ -24,6 +25,8 @@ public:
     // The 16 upper-case hexadecimal digits of a handle.
     static std::string format(uint64_t handle);
     static size_t liveCount();
+    // Every live component, in handle order (construction order).
+    static std::vector<QELComponent*> liveComponents();
     // Numbering starts again at 1; refused (answers false) while components
     // are alive. For tests that compare descriptions of models built in turn.
     static bool restartNumbering();

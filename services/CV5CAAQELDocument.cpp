@@ -31,3 +31,14 @@ long CV5CAAQELDocument::getExternalFileDocuments(TYPVectorPQELLink*& links) cons
     links = _externalFiles.empty() ? nullptr : const_cast<TYPVectorPQELLink*>(&_externalFiles);
     return 0;
 }
+
+long CV5CAAQELDocument::getFileName(CATUnicodeString& name) const {
+    name = _fileName.IsNull() ? get_Name() : _fileName;
+    return name.IsNull() ? -1 : 0;
+}
+
+long CV5CAAQELDocument::updateMaskProperty(int mask) {
+    if (_maskStatus < 0) return _maskStatus;
+    addIntegerProperty("Mask", mask);
+    return 0;
+}

@@ -29,6 +29,18 @@ public:
     long getNamedRefUID(CATUnicodeString& uid) const;
     void setNamedRefUID(const CATUnicodeString& uid) { _namedRefUID = uid; }
 
+    // The file name the host shows for the document (negative when unknown).
+    long getFileName(CATUnicodeString& name) const;
+    void setFileName(const CATUnicodeString& name) { _fileName = name; }
+    unsigned char isCatalogComp() const { return _catalogComp; }
+    void setIsCatalogComp(unsigned char catalogComp) { _catalogComp = catalogComp; }
+    // A primary document is one the user opened, not one it drags along.
+    unsigned char isPrimaryDocument() const { return _primary; }
+    void setIsPrimaryDocument(unsigned char primary) { _primary = primary; }
+    // "Mask" on the document; a status set negative makes it fail.
+    long updateMaskProperty(int mask);
+    void setMaskStatus(long status) { _maskStatus = status; }
+
     unsigned char isABrokenIcon() const { return _brokenIcon; }
     void setIsABrokenIcon(unsigned char broken) { _brokenIcon = broken; }
     unsigned char getDesignTableVisibility() const { return _designTableVisible; }
@@ -59,6 +71,10 @@ public:
     void addExternalFileDocument(QELLink* link) { _externalFiles.push_back(link); }
 
 private:
+    CATUnicodeString _fileName;
+    unsigned char _catalogComp = 0;
+    unsigned char _primary = 0;
+    long _maskStatus = 0;
     QELItem* _defaultItem = nullptr;
     QELFile* _defaultFile = nullptr;
     CATUnicodeString _documentUID;

@@ -22,7 +22,12 @@ public:
     QELAbsoluteOccurrence* getOneAbsoluteOccurrence() const { return _oneOccurrence; }
     void setOneAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) { _oneOccurrence = occurrence; }
 
+    // "Mask" on the item; a status set negative makes it fail.
+    long computeAndUpdateMaskProperty(int mask);
+    void setMaskStatus(long status) { _maskStatus = status; }
+
 private:
+    long _maskStatus = 0;
     QELDocument* _defaultDocument = nullptr;
     unsigned char _catalogComp = 0;
     QELAbsoluteOccurrence* _firstCreated = nullptr;

@@ -1,10 +1,31 @@
 #ifndef CV5CAAQELSession_H
 #define CV5CAAQELSession_H
 
-// The CAD host's session settings that the description depends on. One per
-// process; reset() puts every answer back to its default (all off).
+#include "CATUnicodeString.h"
+#include "EnumDocumentType.h"
+
+class CV5CAAQELWorkSpace;
+class ENVManager;
+class QELDocument;
+
+// The CAD host's session: settings that the description depends on and the
+// services the answer reader asks of it. One per process; reset() puts every
+// answer back to its default (all off, no staging path).
 class CV5CAAQELSession {
 public:
+    // The model document of a file of the session, by name (negative when none).
+    long getSessionDocument(const CATUnicodeString& fileName, QELDocument*& document) const;
+    // Makes a host workspace for an empty session, registered in the model
+    // session under a + "+++" + b + "+++" + c and owned by the model heap.
+    long createEmptyWorkSpace(EnumDocumentType type, const CATUnicodeString& a, const CATUnicodeString& b,
+                              const CATUnicodeString& c, CV5CAAQELWorkSpace*& workspace);
+    void setStagingPath(const CATUnicodeString& path) { _stagingPath = path; }
+    CATUnicodeString getStagingPath() const { return _stagingPath; }
+    long get_EnvManager(ENVManager*& env) const {
+        env = nullptr;
+        return 0;
+    }
+
     static CV5CAAQELSession* getCATIASessionInstance();
     static void reset();
 
@@ -18,6 +39,7 @@ public:
     void setAsManageHideShow(unsigned char on) { _manageHideShow = on; }
 
 private:
+    CATUnicodeString _stagingPath;
     unsigned char _saveAllSheetsInOneFile = 0;
     unsigned char _thereIsADrawing = 0;
     unsigned char _manageFlexibility = 0;

@@ -75,6 +75,11 @@ public:
     explicit CV5CAAQELPly(const CATUnicodeString& name);
 
     void setValue(Value which, const CATUnicodeString& text) { _values[which] = text; }
+    // The representation files renamed by the PDM side.
+    void set3DRepresentationNewFileName(const CATUnicodeString& name) { _new3D = name; }
+    void set2DRepresentationNewFileName(const CATUnicodeString& name) { _new2D = name; }
+    CATUnicodeString get3DRepresentationNewFileName() const { return _new3D; }
+    CATUnicodeString get2DRepresentationNewFileName() const { return _new2D; }
     void setStatus(long status) { _status = status; }
 
     long getPlyName(CATUnicodeString& v) const { return get(PlyName, v); }
@@ -101,6 +106,8 @@ private:
         return _status;
     }
     CATUnicodeString _values[ValueCount];
+    CATUnicodeString _new3D;
+    CATUnicodeString _new2D;
     long _status = 0;
 };
 

@@ -14,9 +14,20 @@ public:
     int getWorkSpaceType() const { return _type; }
     void setWorkSpaceType(int type) { _type = type; }
     QELDocument* getWorkSpaceDefaultDocument() const { return _defaultDocument; }
+    // Negative when the workspace has no default document.
+    long getWorkSpaceDefaultDocument(QELDocument*& document) const {
+        document = _defaultDocument;
+        return document ? 0 : -1;
+    }
     void setWorkSpaceDefaultDocument(QELDocument* document) { _defaultDocument = document; }
 
+    // As for an absolute occurrence: "Mask" on the workspace, "ActiveShapes" pairs.
+    long computeAndUpdateMaskProperty(int mask);
+    void setMaskStatus(long status) { _maskStatus = status; }
+    long addActiveShape(const CATUnicodeString& name, const CATUnicodeString& value);
+
 private:
+    long _maskStatus = 0;
     int _type = -1;
     QELDocument* _defaultDocument = nullptr;
 };

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <string>
+#include <unordered_set>
 
 #include "CATListValCATUnicodeString.h"
 #include "CATUnicodeString.h"
@@ -61,8 +62,16 @@ private:
     // The one place that writes bytes: formats, turns every "\n" into CR LF,
     // writes, and flushes unless told not to.
     void writeFormatted(bool flush, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    // Writes out what is pending and closes; a failure is reported under
+    // `function`, the operation that ends the description.
     void closeFile(const char* function);
-    void reportFailure(const char* call);
+    // The first failure of the stream only: error 2102 under `function`,
+    // detail "<call>: <path>: <reason>", and a journal line.
+    void reportFailure(const char* function, const char* call);
+    // The stream's own buffer, large enough that a formatted write and its
+    // flush make one write system call (stdio ignores the size it is given
+    // without a buffer). It outlives the stream.
+    std::string _streamBuffer;
 
     void writeOpenBalise(const CATUnicodeString& name);
     void writeCloseBalise(const CATUnicodeString& name);
@@ -97,21 +106,25 @@ private:
     long writeConfiguration(QELWorkSpace* workspace);
     // Closes the root and the file and makes the count check (error 2104).
     void finishDescription(const char* function);
+    // One `doc` block of the status-window and catalog-browser lists.
+    void writeDocEntry(QELDocument* document, const CATUnicodeString& revuid);
 
     // ---- catalog traversals (QELDMToXMLCatalog.cpp) ----------------------
     void executeForCatalogWorkSpace(QELSession* session);
     void executeForCatalogWorkSpaceForUpdateStateDetails(QELSession* session,
                                                          const CATListValCATUnicodeString& selected);
+    // `selected`: the selected document names as keys (looked up in constant
+    // time); null selects every document.
     void writeDescAssemblyAbsoluteOccurrencesCatalogSD(QELWorkSpace* workspace, QELSession* session,
                                                        QELDocument* catalogDocument,
-                                                       const CATListValCATUnicodeString& selected);
+                                                       const TYPMapCATUnicodeStringPVoid* selected);
     void recurseOnAbsoluteOccurrenceCatalogSD(QELAbsoluteOccurrence* occurrence, QELSession* session,
                                               QELDocument* catalogDocument,
-                                              const CATListValCATUnicodeString& selected);
+                                              const TYPMapCATUnicodeStringPVoid* selected);
     int getNumberOfObjectsInWspForCatalog(QELWorkSpace* workspace);
-    int getNumberOfObjectsWithInstanceForCatalog(QELWorkSpace* workspace, const CATListValCATUnicodeString& selected);
+    int getNumberOfObjectsWithInstanceForCatalog(QELWorkSpace* workspace, const TYPMapCATUnicodeStringPVoid* selected);
     unsigned char isDocumentSelectedInStateDetailsUpdate(QELComponent* component,
-                                                         const CATListValCATUnicodeString& selected);
+                                                         const TYPMapCATUnicodeStringPVoid* selected);
 
     // ---- per-process descriptions (QELDMToXMLProcesses.cpp) ----------------
     void writeDesc(QELComponent* component, QELSession* session, QELDocument* catalogDocument,
@@ -151,6 +164,14 @@ private:
     // else NamedRef_UID.
     void writeVersionOrNamedRef(QELDocument* document, QELComponent* component, bool dateFirst);
     void writeAllSecondariesForStateDetail(QELDocument* document, QELComponent* component);
+    // One counted block for one secondary document of the state-details factory.
+    void writeSecondaryForStateDetail(QELDocument* secondary, QELDocument* primary);
+    // DT_Files, DT_Sheets, DT_Cfgs and DT_Map of an owner, unless its component is a "COMP".
+    void writeDesignTableSummaries(QELComponent* component, QELDocument* document);
+    // The secondaries described so far in this export: the driver counts each
+    // secondary document once, so each gets one block however many primaries
+    // point to it.
+    std::unordered_set<const QELComponent*> _secondariesWritten;
 
     // ---- leaf and list writers (QELDMToXMLFields.cpp) ----------------------
     void writeItemID(QELItem* item, QELComponent* component);
@@ -194,6 +215,10 @@ private:
     void writeSecondariesAttributes(const CATUnicodeString& listElement, const CATUnicodeString& itemElement,
                                     QELDocument* document);
     void writeLinkedDocuments(QELComponent* component, QELDocument* document, unsigned char withUuid);
+    // The LinkedDocs list over the document's item links of the given names
+    // (later names added to the earlier ones), with the resolved context last.
+    void writeLinkedDocumentList(QELDocument* document, const TYPVectorCATUnicodeString& linkNames,
+                                 const CATUnicodeString& context, unsigned char withUuid);
     void writeLinkedDocumentsForSpreadSheet(QELComponent* component, QELDocument* document);
     void writeSheetsForDrawing(QELDocument* document);
 
@@ -214,6 +239,12 @@ private:
                                     unsigned char paired, QELComponent* component);
     // The file name of a view's context: the context item's document's file.
     static CATUnicodeString getContextFileName(QELItem* context);
+    // The compact Shapes list, shared by component and alternate shape
+    // representations; `function` names the caller in the journal.
+    void writeShapeList(const TYPVectorPQELLink& links, const char* function);
+    // `element` with NBElements and one Attribut per non-empty value (also
+    // used by the design-table summaries).
+    void writeAttributList(const CATUnicodeString& element, const TYPVectorCATUnicodeString& values);
 
     // ---- design tables (QELDMToXMLDesignTables.cpp) -----------------------
     void writeDescDesignTable(QELDocument* designTable, QELSession* session, QELDocument* hostDoc,
@@ -239,10 +270,20 @@ private:
     void writeDescDesignTableCfgs(const char* elementName, QELDocument* owner);
     void writeDescDesignTableMap(const char* elementName, QELDocument* owner);
     void writeDescDesignTableName(const char* elementName, QELDocument* owner);
+    // Which rows of the design-table block a process writes, and the block.
+    struct DesignTableRows;
+    void writeDesignTableBlock(const DesignTableRows& rows, QELDocument* designTable, QELItem* item, QELFile* file,
+                               QELItem* parentItem, QELFile* parentFile);
 
     // ---- composites, analysis and external files (QELDMToXMLComposites.cpp) --
     void writeAnalysisFiles(QELComponent* component);
     void writeExternalFiles(QELDocument* doc);
+    // One level of the host's composites tree each; `status` follows the
+    // last host call.
+    void writeCompositeStacking(class CV5CAAQELStacking* stacking, long& status);
+    void writeCompositePliesGroup(class CV5CAAQELPliesGroup* group, long& status);
+    void writeCompositeSequence(class CV5CAAQELSequence* sequence, long& status);
+    void writeCompositePly(class CV5CAAQELPly* ply, long& status);
 
     FILE* _file;
     std::string _path;

@@ -1,5 +1,12 @@
 #include "SampleModel.h"
 
+#include "CV5CAAQELAbsoluteOccurrence.h"
+#include "CV5CAAQELAbsoluteView.h"
+#include "CV5CAAQELDocument.h"
+#include "CV5CAAQELItem.h"
+#include "CV5CAAQELWorkSpace.h"
+
+#include "QELFile.h"
 #include "QELGeoDatas.h"
 #include "QELModelHeap.h"
 #include "QELPliesGroup.h"
@@ -14,25 +21,47 @@ namespace {
 
 const char* const kItemDocument = "LINKNAME_CHILD";
 
+// Items and documents are the host's: the writer asks them for default
+// documents, files and UIDs.
 QELItem* item(QELSession* session, const char* name, const char* revision) {
-    auto* it = QELModelHeap::adopt(new QELItem(name));
+    auto* it = QELModelHeap::adopt(new CV5CAAQELItem(name));
     it->addStringProperty("Item_ID", name);
     it->addStringProperty("ItemRev_ID", revision);
     it->addStringProperty("ItemRev_UID", CATUnicodeString("UID-") + name);
+    it->addStringProperty("ItemRev_Name", CATUnicodeString(name) + " rev " + revision);
     session->addItem(it);
     return it;
 }
 
 QELDocument* document(QELItem* owner, EnumDocumentType type, const char* fileName, const char* partNumber) {
-    QELDocument* doc = owner->createDocument(kItemDocument, type, fileName);
-    doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName);
+    auto* doc = QELModelHeap::adopt(new CV5CAAQELDocument(fileName, type));
+    QELSession::getInstance()->addDocument(doc);
+    owner->linkDocument(kItemDocument, doc);
+    doc->linkItem(kItemDocument, owner);
+    doc->linkItem("LINKNAME_PARENT", owner);
+    QELFile* file = doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName);
+    file->addStringProperty("File_Name", fileName);
+    auto* host = static_cast<CV5CAAQELItem*>(owner);
+    host->setItemDefaultDocument(doc);
+    doc->setDefaultItem(owner);
+    doc->setDefaultFile(file);
+    doc->setDocumentUID(CATUnicodeString("DST-") + partNumber);
+    doc->setNamedRefUID(CATUnicodeString("NR-") + partNumber);
+    owner->addStringProperty("Part_Number", partNumber);
     doc->addStringProperty("Part_Number", partNumber);
+    doc->addStringProperty("DST_UID", CATUnicodeString("DST-") + partNumber);
+    doc->addStringProperty("NamedRef_UID", CATUnicodeString("NR-") + partNumber);
+    doc->addStringProperty("Dat_File_Version", "1");
+    doc->addStringProperty("catia_uuid", CATUnicodeString("uuid-") + partNumber);
+    doc->addStringProperty("BVR_Date", "2026-11-02");
     doc->addBooleanProperty("IsBrokenIcon", false);
     return doc;
 }
 
 QELWorkSpace* workspace(QELSession* session, QELDocument* root, QELItem* rootItem, int fileType, int index) {
-    auto* ws = QELModelHeap::adopt(new QELWorkSpace());
+    auto* ws = QELModelHeap::adopt(new CV5CAAQELWorkSpace());
+    ws->setWorkSpaceType(fileType);
+    ws->setWorkSpaceDefaultDocument(root);
     ws->set_Name(root->get_Name());
     ws->linkDocument(root);
     ws->linkItem(rootItem);
@@ -48,12 +77,19 @@ QELWorkSpace* workspace(QELSession* session, QELDocument* root, QELItem* rootIte
 
 QELAbsoluteOccurrence* occurrence(QELWorkSpace* ws, QELComponent* parent, QELItem* shown, const char* uid,
                                   const char* instance, int index) {
-    auto* occ = QELModelHeap::adopt(new QELAbsoluteOccurrence(uid, instance, parent));
+    auto* occ = QELModelHeap::adopt(new CV5CAAQELAbsoluteOccurrence(uid, instance, parent));
     ws->linkAbsoluteOccurrence(occ);
     if (parent == ws) occ->linkWorkSpace(ws);
     occ->linkItem(shown);
     shown->linkAbsOcc(occ);
     occ->addIntegerProperty("IndiceOfAbsolute", index);
+    occ->addIntegerProperty("Modified_Flag", 1);
+    occ->addIntegerProperty("Check_Action", 0);
+    occ->addIntegerProperty("MAJ", 1);
+    if (auto* host = static_cast<CV5CAAQELItem*>(shown); !host->getFirstCreatedAbsoluteOccurrence()) {
+        host->setFirstCreatedAbsoluteOccurrence(occ);
+        host->setOneAbsoluteOccurrence(occ);
+    }
 
     // The instance in its parent product, shared by every place that product is used.
     auto* relative = shown->getLinkedRelativeOccurrence(CATUnicodeString("REL-") + uid);
@@ -73,7 +109,9 @@ QELAbsoluteOccurrence* occurrence(QELWorkSpace* ws, QELComponent* parent, QELIte
 void view(QELAbsoluteOccurrence* occ, QELItem* context, double offset) {
     CATUnicodeString signature;
     if (occ->buildAbsoluteViewSignature(context, signature) != 0) return;
-    auto* v = QELModelHeap::adopt(new QELAbsoluteView(signature));
+    auto* v = QELModelHeap::adopt(new CV5CAAQELAbsoluteView(signature));
+    v->setVisible(offset < 100);
+    v->setHide(offset >= 100);
     v->linkItem(context);
     context->linkAbsoluteView(v);
     occ->linkAbsoluteView(v);

@@ -1,0 +1,121 @@
+#ifndef QELXMLToDM_H
+#define QELXMLToDM_H
+
+#include <string>
+
+#include "CATUnicodeString.h"
+#include "EnumDocumentType.h"
+#include "TYPMapCATUnicodeStringPVoid.h"
+#include "TYPMapIntPVoid.h"
+#include "TYPVector.h"
+#include "UTILLineFile.h"
+
+class CV5CAAQELDocument;
+class CV5CAAQELWorkSpace;
+class QELAbsoluteOccurrence;
+class QELComponent;
+class QELDocument;
+class QELItem;
+class QELRelativeOccurrence;
+class QELSession;
+class QELWorkSpace;
+
+// Reads the PDM side's answer (the description's line-framed dialect) and
+// updates the session's model.
+//
+// The file may come from anywhere and be anything: lines of any length are
+// read whole and values kept whole; every loop ends at the end of the file; a
+// count larger than the content, a missing closing line, a truncated entry or
+// an empty file ends the reading with a journal line. POINTER_ADDRESS is
+// resolved through the table of live components, so an unknown, malformed or
+// stale token designates no component. Positions are tracked by the reader
+// itself; going back to a block already in memory costs no system call.
+class QELXMLToDM {
+public:
+    explicit QELXMLToDM(const char* path);
+    QELXMLToDM(const QELXMLToDM&) = delete;
+    QELXMLToDM& operator=(const QELXMLToDM&) = delete;
+    ~QELXMLToDM();
+
+    // Reads the whole answer and updates the model.
+    void execute(QELSession* session);
+    // The light pass: options, entry flags and item identifiers only.
+    void readOptions(QELSession* session);
+
+    // The absolute occurrences updated by execute, in answer order.
+    const TYPVectorPQELAbsoluteOccurrence& getOccurrences() const { return *_occurrences; }
+
+private:
+    // Tests reach the private readers through these, one per group of sources.
+    friend struct QELXMLToDMScannerAccess;
+    friend struct QELXMLToDMUpdateAccess;
+
+    // ---- scanner (QELXMLToDMScanner.cpp) ------------------------------------
+    int openFile();
+    int closeFile();
+    // Reads the next line; false at the end of the file.
+    bool readLine(std::string& line);
+    // Moves to `start` when it is positive.
+    void moveTo(long long start);
+    // The sibling search: true when the opening line of `name` is met among
+    // the siblings that follow; the file then stands after it.
+    bool findSibling(const std::string& name, long long start, long long& pos);
+    bool getNodePosition(const char* name, long long start, long long& pos);
+    // Value lines after the first get a line feed before and a blank after.
+    bool getBaliseValueByName(long long start, const char* name, long long& pos, std::string& value);
+    TYPVectorCATUnicodeString* getBaliseValueListByName(long long start, const char* name, long long& pos);
+    long getTagValueByName(long long start, const CATUnicodeString& stopLine, const CATUnicodeString& name,
+                           long long& pos, CATUnicodeString& value);
+    // The component designated by a POINTER_ADDRESS text, or null.
+    static QELComponent* resolvePointer(const CATUnicodeString* token);
+    // NBElements read at a block position stored in the entry map; -1 when
+    // the block or the count is missing.
+    int readBlockCount(TYPMapCATUnicodeStringPVoid* map, const char* block, long long& pos);
+    // NBElements among the children that follow `start` (a block's content),
+    // so that a block without a count never borrows a later block's; -1 when
+    // the count is missing.
+    int readCount(long long start, long long& pos);
+
+    // ---- driver (QELXMLToDMDriver.cpp) ------------------------------------
+    bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);
+    bool getValuesAndStoreForComponents(long long start, long long& pos, TYPMapIntPVoid*& map);
+    QELWorkSpace* createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,
+                                  TYPMapCATUnicodeStringPVoid* map);
+    void createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, long long start,
+                                  long long& pos, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
+    void createDocument(QELDocument* document, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
+    void createDesignTableDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+    void createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+    // Frees the values of an entry map and empties it.
+    static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map);
+    static void freeComponentsMap(TYPMapIntPVoid* map);
+
+    // ---- options (QELXMLToDMOptions.cpp) -----------------------------------
+    bool getOptions(QELSession* session, long long start, long long& pos);
+
+    // ---- property update (QELXMLToDMUpdate.cpp) -----------------------------
+    void updateProperty(QELComponent* component, TYPMapCATUnicodeStringPVoid* map);
+    void updatePropertyCompCatalogSpecific(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+    void updatePropertyDT(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+
+    // ---- mapping, secondaries, item identifiers (QELXMLToDMMapping.cpp) ------
+    long updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDocument* document, long long& pos);
+    long updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelativeOccurrence* relativeOccurrence,
+                           long long& pos);
+    void readSecondariesAttributes(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+    long readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* item, TYPMapCATUnicodeStringPVoid* map);
+    long updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, CV5CAAQELDocument* document,
+                                         TYPMapCATUnicodeStringPVoid* map);
+
+    // ---- composites, external and analysis files (QELXMLToDMFiles.cpp) -------
+    long readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map);
+    long readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map);
+    bool getValuesAndStoreAnalysisFiles(long long start, long long& pos, TYPVectorCATUnicodeString*& resultFiles,
+                                        TYPVectorCATUnicodeString*& computeFiles);
+
+    UTILLineFile _file;
+    std::string _path;
+    TYPVectorPQELAbsoluteOccurrence* _occurrences;
+};
+
+#endif
