@@ -75,6 +75,10 @@ private:
     // so that a block without a count never borrows a later block's; -1 when
     // the count is missing.
     int readCount(long long start, long long& pos);
+    // Whether entry `index` (from 0) of the `count` announced begins at
+    // `start`; false, with a journal line, when the file or the root ends
+    // first.
+    bool entryBegins(long long start, int index, int count);
 
     // ---- driver (QELXMLToDMDriver.cpp) ------------------------------------
     bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);
@@ -88,6 +92,7 @@ private:
     void createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
     // Frees the values of an entry map and empties it.
     static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map);
+    // Frees the shape sub-maps, their vectors and the map itself.
     static void freeComponentsMap(TYPMapIntPVoid* map);
 
     // ---- options (QELXMLToDMOptions.cpp) -----------------------------------

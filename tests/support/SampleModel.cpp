@@ -4,10 +4,13 @@
 #include "CV5CAAQELAbsoluteView.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
+#include "CV5CAAQELScene.h"
+#include "CV5CAAQELStacking.h"
 #include "CV5CAAQELWorkSpace.h"
 
 #include "QELFile.h"
 #include "QELGeoDatas.h"
+#include "QELLink.h"
 #include "QELModelHeap.h"
 #include "QELPliesGroup.h"
 #include "QELPly.h"
@@ -105,6 +108,26 @@ QELAbsoluteOccurrence* occurrence(QELWorkSpace* ws, QELComponent* parent, QELIte
     return occ;
 }
 
+QELDocument* designTable(SampleModel& m, const char* name, const char* fileName, int index, bool visible) {
+    auto* dt = QELModelHeap::adopt(new CV5CAAQELDocument(fileName, EnumDocumentType_DesignTable));
+    dt->addIntegerProperty("indiceDesignTable", index);
+    dt->addStringProperty("OldDesignTableName", fileName);
+    dt->addStringProperty("DesignTableName", name);
+    dt->addBooleanProperty("IsDesignTableVisible", visible);
+    dt->setDesignTableVisibility(visible ? 1 : 0);
+    QELFile* file = dt->createFile("catdesigntable", fileName);
+    file->addStringProperty("File_Name", fileName);
+    dt->linkItem("LINKNAME_PARENT", m.shaftItem);
+    dt->addStringProperty("DST_UID", CATUnicodeString("DST-") + fileName);
+    dt->addStringProperty("NamedRef_UID", CATUnicodeString("NR-") + fileName);
+    dt->addIntegerProperty("Modified_Flag", 1);
+    dt->addDynamicProperty("Mapping_Attribut", "PartNumber", "SHF-010", false);
+    dt->addDynamicProperty("Mapping_Attribut", "Colour", "red", false);
+    m.session->addDocument(dt);
+    m.shaft->addDesignTable(dt);
+    return dt;
+}
+
 // A view of `occ` as seen from `context`, with its own placement.
 void view(QELAbsoluteOccurrence* occ, QELItem* context, double offset) {
     CATUnicodeString signature;
@@ -118,6 +141,88 @@ void view(QELAbsoluteOccurrence* occ, QELItem* context, double offset) {
     const double matrix[16] = {0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, offset, 1.0 / 3.0, 1e-7, 1};
     v->addMatrixProperty("AbsoluteMatrix", matrix);
     v->addBooleanProperty("IsVisible", offset < 100);
+}
+
+// What the description needs besides the structure: the PDM attributes the
+// model holds and the answers of the CAD host.
+void addHostAnswers(SampleModel& m) {
+    m.session->addBooleanProperty("IsDesignTableManagedAsked", true);
+    m.session->addBooleanProperty("IsDesignTableManaged", true);
+
+    // Mapping attributes, the OEM ones with a description long enough to be cut.
+    m.shaft->addDynamicProperty("Mapping_Attribut", "PartNumber", "SHF-010", false);
+    m.shaft->addDynamicProperty("Mapping_Attribut", "Nomenclature", "Arbre \xE9tag\xE9", false);
+    m.gearbox->addDynamicProperty("OEM_Mapping_Attribut", "Revision", "A", false);
+    m.gearbox->addDynamicProperty("CATIA_Mapping_Attribut", "Definition", "Gearbox assembly", false);
+
+    // The shaft design tables and their links from the owner.
+    TYPVectorPQELLink* links = m.shaft->getGRMLinks("catdesigntable");
+    for (int i = 0; links && i < links->size(); ++i) {
+        (*links)[i]->addIntegerProperty("Sheet", i + 1);
+        (*links)[i]->addIntegerProperty("Cfg", 2 * i);
+        (*links)[i]->addStringProperty("DTMap", i == 0 ? "Length!!!Diameter!!!Chamfer" : "");
+    }
+    for (QELDocument* dt : {m.shaftSizes, m.shaftOptions}) {
+        dt->addStringProperty("Dat_File_Version", dt == m.shaftSizes ? "0" : "3");
+        dt->addStringProperty("DST_Version", "1");
+        dt->addStringProperty("Date_Last_Modification", "2026-10-30");
+        dt->addStringArrayProperty("Sheet", "Sizes");
+        dt->addStringArrayProperty("Cfg", "Standard");
+    }
+
+    // The drawing: two sheets, the second active, showing the gearbox.
+    auto* drawing = static_cast<CV5CAAQELDocument*>(m.drawing);
+    drawing->addSheetName("Sheet.1");
+    drawing->addSheetName("Vue \xE9" "clat\xE9" "e");
+    drawing->setDWActiveSheet("Vue \xE9" "clat\xE9" "e");
+    static_cast<CV5CAAQELDocument*>(m.gearbox)->setIsPointedDocOfActiveSheet(1);
+
+    // Occurrence attributes the PDM side reads.
+    m.shaft1->addStringProperty("Type", "COMP");
+    m.panel1->addStringProperty("Type", "Cgr");
+    m.bolt1->addStringProperty("Inst_Description", "Vis de fixation");
+    m.bolt2->addIntegerProperty("Mask", 3);
+    m.housing1->addStringArrayProperty("VtSkipped", "Washer.1");
+    m.housing1->addStringArrayProperty("VtSkipped", "Washer.2");
+    if (QELRelativeOccurrence* relative = m.bolt1->getLinkedRelativeOccurrence()) {
+        relative->addDynamicProperty("Mapping_Inst_CATIA", "Torque", "25 Nm", false);
+    }
+    m.cover1->addDynamicProperty("DefaultShapeForCache", "Envelope", "1", false);
+
+    // The cover's secondary as the PDM side knows it.
+    m.coverMesh->addStringProperty("spfilenametodisplay", "C:\\parts\\Couvercle_maillage.model");
+    m.coverMesh->addStringProperty("DST_UID", "DST-MESH");
+    m.coverMesh->addStringProperty("NamedRef_UID", "NR-MESH");
+    m.coverMesh->addIntegerProperty("Mask", 1);
+
+    // Composites as the CAD host answers them for the panel.
+    auto* panel = static_cast<CV5CAAQELDocument*>(m.panel);
+    auto* stacking = QELModelHeap::adopt(new CV5CAAQELStacking("Stacking.1"));
+    auto* group = QELModelHeap::adopt(new CV5CAAQELPliesGroup("Plies Group.1"));
+    auto* sequence = QELModelHeap::adopt(new CV5CAAQELSequence("Sequence.1"));
+    auto* ply = QELModelHeap::adopt(new CV5CAAQELPly("Ply.1"));
+    ply->setValue(CV5CAAQELPly::RepresentationFilePath3D, "/data/plies/Ply.1.3dxml");
+    ply->setValue(CV5CAAQELPly::MaterialName, "Carbon T700");
+    ply->setValue(CV5CAAQELPly::COGX, "12.5");
+    ply->setValue(CV5CAAQELPly::Mass, "0.042");
+    sequence->addPly(ply);
+    group->addSequence(sequence);
+    stacking->addPliesGroup(group);
+    panel->addStacking(stacking);
+
+    // Analysis files of the analysis document, external files of the shaft.
+    m.analysis->addDynamicProperty("AnalysisResult", "/data/results/Shaft_results.CATAnalysisResults", "1", false);
+    m.analysis->addDynamicProperty("AnalysisComputation", "/data/results/Shaft.CATAnalysisComputations", "1",
+                                   false);
+    auto* external = QELModelHeap::adopt(new QELDocument("Shaft_spec.pdf"));
+    external->addStringProperty("Doc_Old_File_Name", "Shaft_spec.pdf");
+    QELLink* toExternal = m.shaft->addGRMDocumentLink("CATIA_external_file_link", external);
+    static_cast<CV5CAAQELDocument*>(m.shaft)->addExternalFileDocument(toExternal);
+
+    // The host's view of the occurrences: scenes and visibility in contexts.
+    static_cast<CV5CAAQELDocument*>(m.gearbox)->addSceneName("Exploded");
+    auto* hostScene = QELModelHeap::adopt(new CV5CAAQELScene("Exploded", "FALSE", "1 0 0 0 1 0 0 0 1 0 0 50"));
+    static_cast<CV5CAAQELAbsoluteOccurrence*>(m.cover1)->addSceneContext(hostScene);
 }
 
 } // namespace
@@ -181,14 +286,12 @@ SampleModel SampleModel::build() {
     if (QELScene* scene = m.cover1->getLinkedScene("Exploded")) scene->addStringProperty("nameOfScene", "Exploded");
 
     // Shaft: two design tables (the second hidden) and a simplified shape.
-    m.shaftSizes = m.shaft->addDesignTable("Shaft sizes", "ShaftSizes.xls");
-    m.shaftOptions = m.shaft->addDesignTable("Shaft options", "ShaftOptions.xls");
-    for (QELDocument* dt : {m.shaftSizes, m.shaftOptions}) {
-        dt->setType(EnumDocumentType_DesignTable);
-        m.shaft->addGRMDocumentLink("catdesigntable", dt);
-    }
-    m.shaftSizes->addBooleanProperty("IsDesignTableVisible", true);
-    m.shaftOptions->addBooleanProperty("IsDesignTableVisible", false);
+    // They are host documents of the session, filed under their owner in the
+    // order the owner gives them (the second first, to show the order comes
+    // from "indiceDesignTable").
+    m.shaftOptions = designTable(m, "Shaft options", "ShaftOptions.xls", 1, false);
+    m.shaftSizes = designTable(m, "Shaft sizes", "ShaftSizes.xls", 0, true);
+    for (QELDocument* dt : {m.shaftSizes, m.shaftOptions}) m.shaft->addGRMDocumentLink("catdesigntable", dt);
     m.shaft1->addStringProperty("ComponentName", "Shaft simplified");
     QELDocument* simplified = m.shaft1->addComponentShapeRepresentation("Simplified", "Shaft_simplified.cgr");
     simplified->addStringProperty("ShortFileName", "Shaft_simplified.cgr");
@@ -227,5 +330,6 @@ SampleModel SampleModel::build() {
 
     m.bolt->addDynamicProperty("CATIA_Mapping_Attribut", "Material", "Steel 8.8", false);
     m.session->setCalculGeometricStatus(true);
+    addHostAnswers(m);
     return m;
 }

@@ -1,0 +1,165 @@
+// Options of the answer: the Options block that becomes session properties,
+// and the light pass that reads only the entry flags and item identifiers.
+
+#include "QELXMLToDM.h"
+
+#include <cstdint>
+#include <string>
+
+#include "CV5CAAToolsDesc.h"
+#include "EMHManager.h"
+#include "JNLManager.h"
+#include "QELAbsoluteOccurrence.h"
+#include "QELDocument.h"
+#include "QELItem.h"
+#include "QELSession.h"
+#include "QELWorkSpace.h"
+
+namespace {
+
+const char* const kReadOptions = "QELXMLToDM::readOptions";
+const char* const kRoot = "<DESCFILE>";
+const long kNullObject = 2103;
+const int kLinkItemDocument = 11;
+
+// A status fails the way the host's results do: negative as a 32-bit value,
+// so that 0x80004005 counts as a failure where a long has 64 bits.
+bool failed(long status) { return static_cast<int32_t>(status) < 0; }
+
+const CATUnicodeString* valueOf(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
+    return static_cast<const CATUnicodeString*>(map->find(key));
+}
+
+// atoi's reading, clamped to the range of an int.
+int toInt(const CATUnicodeString& text) {
+    int value = 0;
+    text.ConvertToNum(&value);
+    return value;
+}
+
+// The item's first document is the one the entry's flags are for.
+QELDocument* firstDocumentOf(QELItem* item) {
+    QELComponent* child = item->getChildrenComponent(kLinkItemDocument, 0);
+    return child && child->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(child) : nullptr;
+}
+
+void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* document,
+                     const TYPMapCATUnicodeStringPVoid* map) {
+    if (const CATUnicodeString* value = valueOf(map, "Read_ActiveShapes"))
+        component->addBooleanProperty("Read_ActiveShapes", toInt(*value) != 0);
+    if (const CATUnicodeString* value = valueOf(map, "Update_Flag"))
+        document->addIntegerProperty("Update_Flag", toInt(*value));
+    // One number for both: the last entry that carries it decides the
+    // session's status.
+    if (const CATUnicodeString* value = valueOf(map, "Calcul_Flag")) {
+        const int status = toInt(*value);
+        session->setCalculGeometricStatus(status != 0);
+        document->setCalculGeometricStatus(status != 0 ? 1 : 0);
+    }
+    if (const CATUnicodeString* value = valueOf(map, "ComputeGeo")) {
+        if (document->getType() == EnumDocumentType_Part) document->setComputeGeo(*value == "1" ? 1 : 0);
+    }
+}
+
+} // namespace
+
+bool QELXMLToDM::getOptions(QELSession* session, long long start, long long& pos) {
+    moveTo(start);
+    std::string line;
+    if (!readLine(line) || line != "<Options>") return false;
+    pos = _file.tell();
+    auto* options = new TYPMapCATUnicodeStringPVoid("p_list_options");
+    getValuesAndStore(pos, pos, options, "</Options>");
+    // Every option is a switch: exactly 1 turns it on.
+    for (const auto& entry : *options) {
+        CATUnicodeString name = entry.key;
+        name.ReplaceAll("</", "");
+        name.ReplaceAll("<", "");
+        name.ReplaceAll(">", "");
+        auto* value = static_cast<CATUnicodeString*>(entry.object);
+        if (session) session->addBooleanProperty(name, toInt(*value) == 1);
+        delete value;
+    }
+    delete options;
+    return true;
+}
+
+void QELXMLToDM::readOptions(QELSession* session) {
+    JNLManager::beginFunction(kReadOptions);
+    if (!session) {
+        JNLManager::writeMsg("QELXMLToDM::readOptions: ip_session is NULL");
+        JNLManager::endFunction(kReadOptions, -1);
+        return;
+    }
+    if (openFile() != 0) {
+        JNLManager::writeMsgFormatted("Error while opening desc.xml file %s", _path.c_str());
+        JNLManager::endFunction(kReadOptions, -1);
+        return;
+    }
+    _file.seek(0);
+    std::string line;
+    readLine(line);
+    readLine(line);
+    long long start = _file.tell();
+    long long pos = start;
+    if (line != kRoot) {
+        JNLManager::writeMsgFormatted("Cannot found balise %s", kRoot);
+        closeFile();
+        JNLManager::endFunction(kReadOptions, -1);
+        return;
+    }
+
+    const bool optionsFound = getOptions(session, start, pos);
+    if (optionsFound) start = pos;
+    // The count is looked for among the root's children only: an entry's
+    // own block counts are no entry count.
+    long long countEnd = 0;
+    const int count = readCount(start, countEnd);
+    if (countEnd > 0) start = countEnd;
+    if (!optionsFound && getOptions(session, start, pos)) start = pos;
+
+    auto* entries = new TYPMapCATUnicodeStringPVoid("p_list_nodes");
+    pos = start;
+    for (int i = 0; i < count; ++i) {
+        start = pos;
+        if (!entryBegins(start, i, count)) break;
+        std::string typeName;
+        if (CV5CAAToolsDesc::getNodeName(_file, start, pos, typeName)) start = pos;
+        std::string name;
+        if (!CV5CAAToolsDesc::getNodeName(_file, start, pos, name) || name != "Item_Info") {
+            JNLManager::writeMsg("Error while reading file");
+            break;
+        }
+        const bool complete = getValuesAndStore(pos, pos, entries, "</Item_Info>");
+        const long long entryEnd = pos;
+
+        QELComponent* component = complete ? resolvePointer(valueOf(entries, "POINTER_ADDRESS")) : nullptr;
+        QELDocument* document = nullptr;
+        if (component && component->getStringProperty("Type") != "COMP") {
+            QELItem* item = nullptr;
+            if (component->isAbsolute()) {
+                item = static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem();
+                if (item) document = firstDocumentOf(item);
+            } else if (component->isWorkSpace()) {
+                auto* workspace = static_cast<QELWorkSpace*>(component);
+                document = workspace->getLinkedDocument();
+                if (document) item = workspace->getItem();
+            }
+            const bool known = component->isAbsolute() || (component->isWorkSpace() && document);
+            if (known && !item) {
+                EMHManager::writeMsg(kReadOptions, kNullObject, "p_item");
+            } else if (item) {
+                if (failed(readAndUpdateItemIdItemRevId(component, item, entries)))
+                    JNLManager::writeMsg("Impossible to read and update the Item/ItemRev");
+                if (document) applyEntryFlags(session, component, document, entries);
+            }
+        }
+
+        CV5CAAToolsDesc::searchClosingNode(_file, typeName, entryEnd, pos);
+        clearEntryMap(entries);
+    }
+
+    delete entries;
+    closeFile();
+    JNLManager::endFunction(kReadOptions, 0);
+}

@@ -1,0 +1,225 @@
+// Tag scanner of the answer reader: the answer file itself, and the searches
+// that find an element by name and cut its value, all by file position.
+
+#include "QELXMLToDM.h"
+
+#include <cstdlib>
+
+#include "CV5CAAToolsDesc.h"
+#include "JNLManager.h"
+#include "QELHandleTable.h"
+
+namespace {
+
+const long kFail = 0x80004005L;
+const char* const kCount = "NBElements";
+
+enum class Sibling { Found, Absent, EndOfFile };
+
+// The name of an opening tag line. A closing line means that the parent has
+// ended, and a line that is no tag at all means that the frame is broken:
+// either way there are no more siblings to look at.
+bool openingName(const std::string& line, std::string& name) {
+    if (line.size() < 3 || line[0] != '<' || line[1] == '/' || line.back() != '>') return false;
+    name.assign(line, 1, line.size() - 2);
+    return true;
+}
+
+// The sibling search, from where the file stands. Found: `matchStart` is the
+// start of the opening line of `name` and `pos` the position after it.
+// Absent: `pos` is the start of the line that ended the search (the parent's
+// closing line in a well-formed answer). Each turn consumes at least one line,
+// so the search ends at the end of the file whatever the content.
+Sibling searchSibling(UTILLineFile& file, const std::string& name, long long& pos, long long& matchStart) {
+    const std::string open = "<" + name + ">";
+    std::string line;
+    std::string sibling;
+    for (;;) {
+        const long long lineStart = file.tell();
+        if (!file.readLine(line)) {
+            pos = file.tell();
+            return Sibling::EndOfFile;
+        }
+        if (line == open) {
+            matchStart = lineStart;
+            pos = file.tell();
+            return Sibling::Found;
+        }
+        if (!openingName(line, sibling)) {
+            pos = lineStart;
+            return Sibling::Absent;
+        }
+        // Skipping the whole sibling keeps elements nested inside it from
+        // being taken for children of the current parent.
+        CV5CAAToolsDesc::searchClosingNode(file, sibling, lineStart, pos);
+    }
+}
+
+void journalEndOfFile(const std::string& path) {
+    JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Unexpected end of file", path.c_str());
+}
+
+} // namespace
+
+QELXMLToDM::QELXMLToDM(const char* path)
+    : _path(path ? path : ""), _occurrences(new TYPVectorPQELAbsoluteOccurrence()) {}
+
+QELXMLToDM::~QELXMLToDM() {
+    closeFile();
+    delete _occurrences;
+}
+
+int QELXMLToDM::openFile() { return _file.open(_path.c_str()); }
+
+int QELXMLToDM::closeFile() {
+    _file.close();
+    return 0;
+}
+
+bool QELXMLToDM::readLine(std::string& line) { return _file.readLine(line); }
+
+void QELXMLToDM::moveTo(long long start) {
+    if (start <= 0 || _file.seek(start)) return;
+    // A position past the end reads nothing rather than carrying on from
+    // wherever the file happened to stand.
+    if (_file.size() >= 0) _file.seek(_file.size());
+}
+
+bool QELXMLToDM::findSibling(const std::string& name, long long start, long long& pos) {
+    moveTo(start);
+    long long matchStart = 0;
+    const Sibling found = searchSibling(_file, name, pos, matchStart);
+    if (found == Sibling::EndOfFile) journalEndOfFile(_path);
+    return found == Sibling::Found;
+}
+
+bool QELXMLToDM::getNodePosition(const char* name, long long start, long long& pos) {
+    if (!name) return false;
+    return findSibling(name, start, pos);
+}
+
+bool QELXMLToDM::getBaliseValueByName(long long start, const char* name, long long& pos, std::string& value) {
+    value.clear();
+    if (!name || !findSibling(name, start, pos)) return false;
+    const std::string close = std::string("</") + name + ">";
+    std::string line;
+    if (readLine(value)) {
+        while (readLine(line)) {
+            if (line == close) {
+                pos = _file.tell();
+                return true;
+            }
+            // The blank after each continuation line belongs to the value:
+            // the PDM side's multi-line attributes have always read this way.
+            value += '\n';
+            value += line;
+            value += ' ';
+        }
+    }
+    journalEndOfFile(_path);
+    pos = _file.tell();
+    return false;
+}
+
+TYPVectorCATUnicodeString* QELXMLToDM::getBaliseValueListByName(long long start, const char* name, long long& pos) {
+    auto* list = new TYPVectorCATUnicodeString();
+    if (!name || !findSibling(name, start, pos)) return list;
+    const std::string close = std::string("</") + name + ">";
+    std::string line;
+    while (readLine(line)) {
+        if (line == close) {
+            pos = _file.tell();
+            return list;
+        }
+        list->push_back(CATUnicodeString(line));
+    }
+    journalEndOfFile(_path);
+    pos = _file.tell();
+    return list;
+}
+
+long QELXMLToDM::getTagValueByName(long long start, const CATUnicodeString& stopLine, const CATUnicodeString& name,
+                                   long long& pos, CATUnicodeString& value) {
+    static const char* const kFunction = "QELXMLToDM::getTagValueByName";
+    const std::string open = "<" + name.ToLatin1() + ">";
+    const std::string close = "</" + name.ToLatin1() + ">";
+    const std::string& stop = stopLine.ToLatin1();
+    value = CATUnicodeString();
+    moveTo(start);
+
+    // No sibling skipping here: the callers only search small blocks whose
+    // closing line they give as the stop line.
+    std::string line;
+    bool found = false;
+    while (!found && readLine(line)) {
+        found = line == open;
+        if (!found && line == stop) break;
+    }
+    if (!found) {
+        JNLManager::beginFunction(kFunction);
+        JNLManager::writeMsgFormatted("%s tag was not found", open.c_str());
+        JNLManager::endFunction(kFunction, -1);
+        return kFail;
+    }
+
+    std::string text;
+    while (readLine(line)) {
+        if (line == close) {
+            pos = _file.tell();
+            value = CATUnicodeString(text);
+            return 0;
+        }
+        // The stop line inside a value ends it as a success, position left
+        // as it was: the callers rely on this lenient end.
+        if (line == stop) {
+            value = CATUnicodeString(text);
+            return 0;
+        }
+        text += line;
+    }
+    journalEndOfFile(_path);
+    value = CATUnicodeString(text);
+    return kFail;
+}
+
+QELComponent* QELXMLToDM::resolvePointer(const CATUnicodeString* token) {
+    if (!token || token->IsNull()) return nullptr;
+    QELComponent* component = QELHandleTable::resolve(token->ToLatin1());
+    if (!component)
+        JNLManager::writeMsgFormatted("POINTER_ADDRESS [%s] designates no component", token->ConvertToChar());
+    return component;
+}
+
+int QELXMLToDM::readBlockCount(TYPMapCATUnicodeStringPVoid* map, const char* block, long long& pos) {
+    if (!map || !block) return -1;
+    const auto* stored = static_cast<const CATUnicodeString*>(map->find(block));
+    if (!stored) return -1;
+    const long long start = std::strtoll(stored->ConvertToChar(), nullptr, 10);
+    if (start <= 0) return -1;
+    return readCount(start, pos);
+}
+
+int QELXMLToDM::readCount(long long start, long long& pos) {
+    moveTo(start);
+    long long after = 0;
+    long long countStart = 0;
+    const Sibling found = searchSibling(_file, kCount, after, countStart);
+    if (found == Sibling::EndOfFile) journalEndOfFile(_path);
+    if (found != Sibling::Found) return -1;
+    std::string text;
+    if (!CV5CAAToolsDesc::getNodeValue(_file, countStart, kCount, pos, text)) return -1;
+    int count = 0;
+    CATUnicodeString(text).ConvertToNum(&count);
+    return count;
+}
+
+bool QELXMLToDM::entryBegins(long long start, int index, int count) {
+    moveTo(start);
+    std::string line;
+    const bool begins = readLine(line) && line.compare(0, 2, "</") != 0;
+    if (!begins)
+        JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %d entries announced, %d found",
+                                      _path.c_str(), count, index);
+    moveTo(start);
+    return begins;
+}

@@ -1,0 +1,163 @@
+#ifndef QELXMLToDMUpdateTools_H
+#define QELXMLToDMUpdateTools_H
+
+// Look-ups and block walks shared by the reader's update sources (property
+// update, mapping, composite and external files).
+//
+// The answer is untrusted: a count is only an upper bound, so every walk over
+// a counted block also stops where the block itself ends, with a journal line
+// that says how far the count was off.
+
+#include <climits>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "CATUnicodeString.h"
+#include "CV5CAAQELAbsoluteOccurrence.h"
+#include "CV5CAAQELDocument.h"
+#include "CV5CAAQELItem.h"
+#include "CV5CAAQELWorkSpace.h"
+#include "JNLManager.h"
+#include "QELDocument.h"
+#include "QELFile.h"
+#include "QELItem.h"
+#include "QELUtilities.h"
+#include "TYPMapCATUnicodeStringPVoid.h"
+#include "TYPVector.h"
+#include "UTILLineFile.h"
+
+namespace QELXMLToDMUpdateTools {
+
+const long kFail = 0x80004005L;
+
+// The text an entry map holds under `key`, or null.
+inline const CATUnicodeString* entryValue(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
+    return map ? static_cast<const CATUnicodeString*>(map->find(key)) : nullptr;
+}
+
+// atoi's reading (leading blanks, a sign, digits, anything after ignored),
+// clamped to the range of an int instead of overflowing.
+inline int toInt(const char* text) {
+    const long value = std::strtol(text, nullptr, 10);
+    if (value > INT_MAX) return INT_MAX;
+    if (value < INT_MIN) return INT_MIN;
+    return static_cast<int>(value);
+}
+inline int toInt(const CATUnicodeString& text) { return toInt(text.ConvertToChar()); }
+
+// The content position the driver stored for a block, 0 when the block is
+// absent or its text is no position (0 would mean "read on from here", which
+// is never where a block starts).
+inline long long blockPosition(const TYPMapCATUnicodeStringPVoid* map, const char* block) {
+    const CATUnicodeString* text = entryValue(map, block);
+    if (!text) return 0;
+    long long position = std::strtoll(text->ConvertToChar(), nullptr, 10);
+    return position > 0 ? position : 0;
+}
+
+inline bool startsWith(const CATUnicodeString& text, const char* prefix) {
+    return text.ToLatin1().compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
+}
+
+// The key under which names that compare equal (Compare not 0) meet.
+inline CATUnicodeString lowered(CATUnicodeString text) {
+    text.ToLower();
+    return text;
+}
+
+// The host wrappers behind model objects, null for plain model objects.
+inline CV5CAAQELDocument* hostDocument(QELComponent* c) {
+    return c && c->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME") ? static_cast<CV5CAAQELDocument*>(c) : nullptr;
+}
+inline CV5CAAQELItem* hostItem(QELComponent* c) {
+    return c && c->instanceOf("CV5CAAQELITEM_CLASSNAME") ? static_cast<CV5CAAQELItem*>(c) : nullptr;
+}
+inline CV5CAAQELWorkSpace* hostWorkSpace(QELComponent* c) {
+    return c && c->instanceOf("CV5CAAQELWORKSPACE_CLASSNAME") ? static_cast<CV5CAAQELWorkSpace*>(c) : nullptr;
+}
+inline CV5CAAQELAbsoluteOccurrence* hostOccurrence(QELComponent* c) {
+    return c && c->instanceOf("CV5CAAQELABSOLUTEOCCURRENCE_CLASSNAME") ? static_cast<CV5CAAQELAbsoluteOccurrence*>(c)
+                                                                     : nullptr;
+}
+
+// The first document an item holds under link 11 (ITM_DOC), if it is one.
+inline QELDocument* firstDocument(const QELComponent* item) {
+    TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(11) : nullptr;
+    auto* c = documents ? static_cast<QELComponent*>(documents->first()) : nullptr;
+    return c && c->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(c) : nullptr;
+}
+
+// A document's first file under the reference name of its own type.
+inline QELFile* firstFile(const QELDocument* document) {
+    if (!document) return nullptr;
+    TYPMapCATUnicodeStringPVoid* files =
+        document->getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(document->getType()));
+    return files ? static_cast<QELFile*>(files->first()) : nullptr;
+}
+
+// True when nothing more of the enclosing block can be read from `pos`: the
+// line there closes an element (the block's own closing line, or an outer
+// one when the block's is missing) or the file ends. A sibling search from
+// such a place finds nothing, so a counted walk stops here instead of asking
+// again for every entry the count still promises.
+inline bool blockEndsAt(UTILLineFile& file, long long pos) {
+    if (pos <= 0 || !file.seek(pos)) return true;
+    std::string line;
+    if (!file.readLine(line)) return true;
+    return line.size() >= 2 && line[0] == '<' && line[1] == '/';
+}
+
+inline void reportShortBlock(const char* function, const char* block, int announced, int found) {
+    JNLManager::writeMsgFormatted("%s: %s announces %d elements but holds %d", function, block, announced, found);
+}
+
+// Reads `count` lists named `element` one after the other from `pos` and hands
+// each to `use`. `readList(start, element, pos)` is the reader's list search
+// (a new vector, freed here).
+template <typename ReadList, typename Use>
+void forEachList(UTILLineFile& file, const char* function, const char* block, const char* element, int count,
+                 long long pos, ReadList readList, Use use) {
+    for (int i = 0; i < count; ++i) {
+        if (blockEndsAt(file, pos)) return reportShortBlock(function, block, count, i);
+        std::unique_ptr<TYPVectorCATUnicodeString> list(readList(pos, element, pos));
+        if (list) use(*list);
+    }
+}
+
+// Reads `count` values of `element` one after the other from `pos` and hands
+// each to `use` with its index. `readValue(start, element, pos, value)` is the
+// reader's value search.
+template <typename ReadValue, typename Use>
+void forEachValue(UTILLineFile& file, const char* function, const char* block, const char* element, int count,
+                  long long pos, ReadValue readValue, Use use) {
+    for (int i = 0; i < count; ++i) {
+        std::string value;
+        if (blockEndsAt(file, pos) || !readValue(pos, element, pos, value)) {
+            return reportShortBlock(function, block, count, i);
+        }
+        use(i, CATUnicodeString(value));
+    }
+}
+
+// Reads `pairs` pairs of `element` values one after the other from `pos` and
+// hands each pair to `use`. `readValue(start, element, pos, value)` is the
+// reader's value search.
+template <typename ReadValue, typename Use>
+void forEachValuePair(UTILLineFile& file, const char* function, const char* block, const char* element, int pairs,
+                      long long pos, ReadValue readValue, Use use) {
+    for (int i = 0; i < pairs; ++i) {
+        std::string name, value;
+        if (blockEndsAt(file, pos) || !readValue(pos, element, pos, name)) {
+            return reportShortBlock(function, block, 2 * pairs, 2 * i);
+        }
+        if (blockEndsAt(file, pos) || !readValue(pos, element, pos, value)) {
+            return reportShortBlock(function, block, 2 * pairs, 2 * i + 1);
+        }
+        use(CATUnicodeString(name), CATUnicodeString(value));
+    }
+}
+
+} // namespace QELXMLToDMUpdateTools
+
+#endif

@@ -1,0 +1,142 @@
+// The reader's line file and the node scanning built on it.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "CV5CAAToolsDesc.h"
+#include "ReaderAnswerSupport.h"
+#include "UTILLineFile.h"
+
+namespace {
+
+struct Line {
+    std::string text;
+    long long next; // offset of the line that follows
+};
+
+std::vector<Line> readAll(UTILLineFile& file) {
+    std::vector<Line> lines;
+    std::string line;
+    while (file.readLine(line)) lines.push_back({line, file.tell()});
+    return lines;
+}
+
+UTILLineFile& openText(UTILLineFile& file, const std::string& text) {
+    file.close();
+    EXPECT_EQ(0, file.open(reader_test::writeAnswer("line_file.txt", text).c_str()));
+    return file;
+}
+
+TEST(UTILLineFile, LineEndsAndPositions) {
+    const std::string longLine(200000, 'x');
+    struct Case {
+        const char* name;
+        std::string bytes;
+        std::vector<Line> expected;
+    } cases[] = {
+        {"lf", "a\nbc\n", {{"a", 2}, {"bc", 5}}},
+        {"crlf", "a\r\nbc\r\n", {{"a", 3}, {"bc", 7}}},
+        {"no final end", "a\r\nbc", {{"a", 3}, {"bc", 5}}},
+        {"final cr only", "a\nbc\r", {{"a", 2}, {"bc", 5}}},
+        {"empty lines", "\n\r\n\n", {{"", 1}, {"", 3}, {"", 4}}},
+        {"empty file", "", {}},
+        {"bytes above 0x7F and NUL", std::string("\xE9t\xE9\0\xFF\n", 6), {{std::string("\xE9t\xE9\0\xFF", 5), 6}}},
+        {"longer than the block", "h\n" + longLine + "\r\nt", {{"h", 2}, {longLine, 200004}, {"t", 200005}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        UTILLineFile file;
+        std::vector<Line> lines = readAll(openText(file, c.bytes));
+        ASSERT_EQ(c.expected.size(), lines.size());
+        for (size_t i = 0; i < lines.size(); ++i) {
+            EXPECT_EQ(c.expected[i].text, lines[i].text) << i;
+            EXPECT_EQ(c.expected[i].next, lines[i].next) << i;
+        }
+        std::string after = "untouched";
+        EXPECT_FALSE(file.readLine(after));
+        EXPECT_TRUE(after.empty());
+    }
+}
+
+TEST(UTILLineFile, GoingBackInsideTheBlockCostsNoSystemCall) {
+    UTILLineFile file;
+    std::string line;
+    openText(file, "one\ntwo\nthree\n").readLine(line);
+    const long long second = file.tell();
+    readAll(file);
+    // The end of the file has been met, and the last block is still there.
+    ASSERT_TRUE(file.seek(second));
+    ASSERT_TRUE(file.readLine(line));
+    EXPECT_EQ("two", line);
+    EXPECT_EQ(0, file.systemSeeks());
+
+    std::string text;
+    for (int i = 0; i < 20000; ++i) text += "line " + std::to_string(i) + "\n";
+    std::vector<Line> lines = readAll(openText(file, text));
+    ASSERT_TRUE(file.seek(lines[9].next));
+    EXPECT_EQ(20000u - 10u, readAll(file).size());
+    EXPECT_EQ(1, file.systemSeeks()) << "one seek back, then forward reading again";
+}
+
+TEST(UTILLineFile, PositionsOutsideTheFileAreRefused) {
+    UTILLineFile file;
+    std::string line;
+    EXPECT_FALSE(file.seek(0)) << "closed";
+    EXPECT_FALSE(file.readLine(line));
+    EXPECT_EQ(-1, file.open((::testing::TempDir() + "no_such_answer.txt").c_str()));
+    openText(file, "ab\ncd\n");
+    EXPECT_EQ(0, file.open("/any/other/path")) << "an open file stays open";
+    EXPECT_FALSE(file.seek(-1));
+    EXPECT_FALSE(file.seek(7));
+    ASSERT_TRUE(file.seek(3));
+    ASSERT_TRUE(file.readLine(line));
+    EXPECT_EQ("cd", line);
+}
+
+TEST(CV5CAAToolsDesc, ScanningStopsAtTheEndOfTheFile) {
+    UTILLineFile file;
+    openText(file, "<A>\n<A>\nx\n</A>\n</A>\n<NBElements>\n12\n</NBElements>\n<B>\n");
+    long long pos = 0;
+    EXPECT_TRUE(CV5CAAToolsDesc::searchClosingNode(file, "A", 0, pos));
+    EXPECT_EQ(20, pos) << "the inner element of the same name closes first";
+    EXPECT_TRUE(CV5CAAToolsDesc::searchClosingNode(file, "A", 4, pos));
+    EXPECT_EQ(15, pos);
+    EXPECT_FALSE(CV5CAAToolsDesc::searchClosingNode(file, "B", 50, pos));
+    EXPECT_EQ(file.size(), pos);
+
+    std::string value = "kept";
+    EXPECT_TRUE(CV5CAAToolsDesc::getNodeValue(file, 4, "NBElements", pos, value));
+    EXPECT_EQ("12", value);
+    EXPECT_EQ(50, pos);
+    value = "kept";
+    EXPECT_FALSE(CV5CAAToolsDesc::getNodeValue(file, 4, "Missing", pos, value));
+    EXPECT_FALSE(CV5CAAToolsDesc::getNodeValue(file, 50, "B", pos, value)) << "no value line";
+    EXPECT_EQ("kept", value);
+
+    openText(file, "<Open>\n</Close>\nvalue\n<>\n</>\n<Last>");
+    for (const char* expected : {"Open", "Close", "", "", "", "Last", ""}) {
+        std::string name;
+        const long long before = file.tell();
+        pos = -7;
+        const bool tag = CV5CAAToolsDesc::getNodeName(file, 0, pos, name);
+        EXPECT_EQ(*expected != 0, tag) << before;
+        EXPECT_EQ(tag ? expected : "", name);
+        EXPECT_EQ(tag ? file.tell() : -7, pos);
+    }
+}
+
+TEST(CV5CAAToolsDesc, DocumentTypeFromEntryElement) {
+    struct Case {
+        const char* name;
+        EnumDocumentType type;
+    } cases[] = {{"CATProduct", EnumDocumentType_Product},      {"CATPart", EnumDocumentType_Part},
+                 {"CATDrawing", EnumDocumentType_Drawing},      {"CATProcess", EnumDocumentType_Process},
+                 {"CATAnalysis", EnumDocumentType_Analysis},    {"CATModel", EnumDocumentType_Model},
+                 {"DesignTable", EnumDocumentType_DesignTable}, {"catalog", EnumDocumentType_Catalog},
+                 {"catpart", EnumDocumentType_Unset},           {"Item_Info", EnumDocumentType_Unset}};
+    for (const Case& c : cases) EXPECT_EQ(c.type, CV5CAAToolsDesc::getDocumentTypeFromBalise(c.name)) << c.name;
+}
+
+} // namespace

@@ -1,0 +1,352 @@
+// The answer reader's driver: the frame, the entry map, the dispatch of each
+// entry, and what bad answers do to it.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CATDocument.h"
+#include "QELXMLToDMScannerAccess.h"
+#include "ReaderAnswerSupport.h"
+
+using namespace reader_test;
+using Access = QELXMLToDMScannerAccess;
+
+namespace {
+
+std::string linkedDocs(int announced) {
+    return element("LinkedDocs", count(announced) + leaf("Attribut", "Drawing.CATDrawing") + leaf("Attribut", "u1"));
+}
+
+std::string occurrenceEntry(const std::string& pointer, const std::string& occUid = "OCC-NEW", int linked = 2) {
+    return entry("CATPart", leaf("POINTER_ADDRESS", pointer) + leaf("Occ_UID", occUid) +
+                                leaf("Parent_ItemRev_UID", "UID-Root") + leaf("Matrix", "1 0 0 0 1 0 0 0 1 10 20 30") +
+                                linkedDocs(linked) +
+                                element("Sheets", leaf("Active_Sheet", "S.1") + count(1) + leaf("Attribut", "S.1")));
+}
+
+// True when the journal says that the answer was not read to its end.
+bool reportedBadAnswer() {
+    for (const std::string& line : JNLManager::entries())
+        for (const char* sign : {"Error while", "is missing", "designates no component", "holds fewer"})
+            if (line.find(sign) != std::string::npos) return true;
+    return false;
+}
+
+class ReaderDriver : public ReaderTest {
+protected:
+    void SetUp() override { model = SmallModel::build(); }
+
+    std::string workspaceEntry() const {
+        return entry("CATProduct", leaf("POINTER_ADDRESS", pointerOf(model.workspace)) + leaf("Item_ID", "ROOT-ID"));
+    }
+    std::string validAnswer() const {
+        return answer(2, workspaceEntry() + occurrenceEntry(pointerOf(model.occurrence)),
+                      element("Options", leaf("SaveDesignTables", "1")));
+    }
+    // Reads `text` through execute; the reader is closed again.
+    std::unique_ptr<QELXMLToDM> run(const std::string& text, bool crlf = false) {
+        std::unique_ptr<QELXMLToDM> reader(new QELXMLToDM(writeAnswer("driver.xml", text, crlf).c_str()));
+        reader->execute(model.session);
+        EXPECT_FALSE(Access::isOpen(*reader));
+        return reader;
+    }
+
+    SmallModel model;
+};
+
+TEST_F(ReaderDriver, ValidAnswerIsReadForwardWithoutSystemSeeks) {
+    for (bool crlf : {false, true}) {
+        SCOPED_TRACE(crlf ? "CR LF" : "LF");
+        auto reader = run(validAnswer(), crlf);
+        ASSERT_EQ(1, reader->getOccurrences().size());
+        EXPECT_EQ(model.occurrence, reader->getOccurrences()[0]);
+        EXPECT_EQ("OCC-NEW", model.occurrence->getStringProperty("Occ_UID").ToLatin1());
+        EXPECT_EQ("ROOT-ID", model.rootItem->getStringProperty("Item_ID").ToLatin1());
+        EXPECT_TRUE(model.session->getBooleanProperty("SaveDesignTables"));
+        const double* matrix = model.relative->getMatrixProperty("RelativeMatrix");
+        ASSERT_NE(nullptr, matrix);
+        EXPECT_EQ(30.0, matrix[11]);
+        EXPECT_FALSE(reportedBadAnswer());
+        // Going back to the blocks of an answer smaller than the block in
+        // memory never reaches the system.
+        EXPECT_EQ(0, Access::systemSeeks(*reader));
+    }
+}
+
+// A short list fills what it has and leaves the rest 0; past 16 numbers
+// nothing is read; a word reads as 0.
+TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
+    struct Case {
+        const char* text;
+        std::vector<double> expected; // empty: no matrix at all
+    } cases[] = {
+        {"", {}},
+        {"  1\t2   -3.5E+02 ", {1, 2, -350, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+        {"1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}},
+        {"x 2", {0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+    };
+    QELXMLToDM reader(writeAnswer("matrix.xml", "").c_str());
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        TYPMapCATUnicodeStringPVoid map;
+        CATUnicodeString text(c.text);
+        map.insert("Matrix", &text);
+        long long pos = 0;
+        Access::createAbsoluteOccurrence(reader, model.occurrence, model.session, pos, &map);
+        const double* matrix = model.relative->getMatrixProperty("RelativeMatrix");
+        ASSERT_EQ(c.expected.empty(), matrix == nullptr);
+        for (size_t i = 0; i < c.expected.size(); ++i) EXPECT_EQ(c.expected[i], matrix[i]) << i;
+    }
+}
+
+TEST_F(ReaderDriver, EntriesWithoutPointer) {
+    // No real parent: a root, which opens a workspace.
+    const int workspaces = model.session->getWorkSpaceCount();
+    run(answer(1, entry("CATProduct", leaf("Parent_ItemRev_UID", "ERROR") + leaf("File_Name", "New.CATProduct"))));
+    EXPECT_TRUE(JNLManager::contains("ERROR : p_wsp is NULL. The desc file is not correctly filled."));
+    EXPECT_EQ(workspaces + 1, model.session->getWorkSpaceCount());
+
+    // A real parent: the parent is searched, and nothing is invented.
+    JNLManager::clear();
+    auto reader = run(answer(1, entry("CATPart", leaf("Parent_ItemRev_UID", "UID-Root"))));
+    EXPECT_TRUE(JNLManager::contains("ERROR : p_abs is NULL. The desc file is not correctly filled."));
+    EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Root] and parent_item_rev_uid = [UID-Root]"));
+    EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Root]"));
+    EXPECT_EQ(0, reader->getOccurrences().size());
+
+    // Without workspaces the occurrences read so far are searched.
+    JNLManager::clear();
+    model.session->release();
+    run(answer(2, occurrenceEntry(pointerOf(model.occurrence)) + entry("CATPart", leaf("Parent_ItemRev_UID", "UID-Part"))));
+    EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Part] and parent_item_rev_uid = [UID-Part]"));
+    EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Part]"));
+}
+
+TEST_F(ReaderDriver, EmptySessionReadsWorkspacesAndDrawingsOnly) {
+    PROCManager::setManageDescForEmptyQEL(true);
+    const std::string drawing = entry("CATDrawing", leaf("Parent_ItemRev_UID", "") + leaf("File_Name", "D.CATDrawing"));
+    struct Case {
+        std::string first;
+        const char* journal; // null: read
+    } cases[] = {
+        {occurrenceEntry(pointerOf(model.occurrence)), "Element in assembly ignored"},
+        {entry("DesignTable", leaf("File_Name", "T.xls")), "Design Table ignored"},
+        {entry("CATProduct", leaf("Parent_ItemRev_UID", "ERROR")), "Document of type catproduct ignored"},
+        {drawing, nullptr},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.journal ? c.journal : "drawing");
+        JNLManager::clear();
+        model.session->release();
+        run(answer(2, c.first + drawing));
+        QELWorkSpace* made = model.session->getWorkSpace("D.CATDrawing+++D.CATDrawing+++D.CATDrawing");
+        // The first entry of another kind ends the reading.
+        EXPECT_EQ(c.journal == nullptr, made != nullptr);
+        if (c.journal) {
+            EXPECT_TRUE(JNLManager::contains(c.journal));
+        } else {
+            EXPECT_TRUE(made->instanceOf("CV5CAAQELWORKSPACE_CLASSNAME"));
+        }
+    }
+}
+
+TEST_F(ReaderDriver, ActiveDocumentRules) {
+    PROCManager::setManageSavableStatusForNonSave(true);
+    PROCManager::setIsProcessStateDetails(true);
+    CATDocument active("C:\\work\\Part.CATPart");
+    const char* const catalog = " document is comp_catalog in state details no mask to update";
+    struct Case {
+        const char* name;
+        bool activeWorkspace, defaultDocument, factory;
+        const char* fileName;
+        const char* error;   // detail of the 2103 error that ends the run
+        const char* journal; // expected journal line
+        int occurrences;
+    } cases[] = {
+        {"no active workspace", false, true, false, "Root.CATProduct", "p_active_wsp", nullptr, 0},
+        {"no default document", true, false, false, "Root.CATProduct", "p_active_document", nullptr, 0},
+        {"catalog in state details", true, true, false, "Cat.catalog", nullptr, catalog, 0},
+        {"factory on a catalog component", true, true, true, "Root.CATProduct", nullptr, catalog, 0},
+        {"ordinary part", true, true, false, "Root.CATPart", nullptr, nullptr, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        JNLManager::clear();
+        EMHManager::clear();
+        model.workspace->setActiveWorkspace(c.activeWorkspace);
+        model.workspace->setWorkSpaceDefaultDocument(c.defaultDocument ? model.rootDocument : nullptr);
+        model.rootDocument->setFileName(c.fileName);
+        PROCManager::setIsProcessStateDetailsFactory(c.factory);
+        CV5CAAToolsCommon::setActiveCATDocument(c.factory ? &active : nullptr);
+        model.partDocument->setIsCatalogComp(c.factory);
+        auto reader = run(validAnswer());
+        ASSERT_EQ(c.error ? 1u : 0u, EMHManager::entries().size());
+        if (c.error) {
+            EXPECT_EQ("QELXMLToDM::execute", EMHManager::entries()[0].function);
+            EXPECT_EQ(2103, EMHManager::entries()[0].code);
+            EXPECT_EQ(c.error, EMHManager::entries()[0].detail);
+        }
+        if (c.journal) {
+            EXPECT_TRUE(JNLManager::contains(c.journal));
+        }
+        EXPECT_EQ(c.occurrences, reader->getOccurrences().size());
+    }
+}
+
+TEST_F(ReaderDriver, LoadFlagGoesToTheDefaultDocumentOfAProductInCheckout) {
+    PROCManager::setManageSavableStatusForNonSave(true);
+    PROCManager::setIsProcessCheckout(true);
+    const std::string ws = leaf("POINTER_ADDRESS", pointerOf(model.workspace));
+    run(answer(3, entry("CATPart", ws + leaf("Load_Flag", "4")) + entry("CATProduct", ws + leaf("Load_Flag", "7")) +
+                      entry("CATPart", leaf("Load_Flag", "9"))));
+    EXPECT_EQ(4, model.rootDocument->getIntegerProperty("Load_Flag")) << "only part and unknown entries carry it";
+    EXPECT_TRUE(JNLManager::contains("Cannot find balise POINTER_ADDRESS"));
+}
+
+TEST_F(ReaderDriver, EntryMapKeepsLeafTextAndBlockPositions) {
+    const std::string shapes = element("Shapes", count(1) + element("SR", "s1\ns2\n"));
+    const std::string text = leaf("Item_ID", "A") + leaf("Nomenclature", "one\ntwo\nthree") + leaf("Item_ID", "B") +
+                             "stray line\n" + shapes + "</Item_Info>\n";
+    QELXMLToDM reader(writeAnswer("entry_map.xml", text).c_str());
+    ASSERT_EQ(0, Access::openFile(reader));
+    TYPMapCATUnicodeStringPVoid* map = nullptr;
+    long long pos = 0;
+    EXPECT_TRUE(Access::getValuesAndStore(reader, 0, pos, map, "</Item_Info>"));
+    const auto value = [map](const char* key) {
+        auto* found = static_cast<CATUnicodeString*>(map->find(key));
+        return found ? found->ToLatin1() : std::string("<absent>");
+    };
+    EXPECT_EQ("A", value("Item_ID")) << "the first of two wins";
+    EXPECT_EQ("one\ntwo\nthree", value("Nomenclature")) << "line feeds, no trailing blank";
+    EXPECT_EQ("<absent>", value("stray line"));
+    EXPECT_EQ(static_cast<long long>(text.size()), pos);
+    EXPECT_EQ(std::to_string(text.find(shapes) + 9), value("Shapes"));
+    for (int read = 0; read < 2; ++read) {
+        long long at = 0;
+        EXPECT_EQ(1, Access::readBlockCount(reader, map, "Shapes", at));
+        auto list = Access::getBaliseValueListByName(reader, at, "SR", at);
+        ASSERT_EQ(2, list->size());
+        EXPECT_EQ("s2", (*list)[1].ToLatin1());
+    }
+    Access::clearEntryMap(map);
+    EXPECT_EQ(0, map->size());
+    delete map;
+}
+
+TEST_F(ReaderDriver, ShapeListsAreNumberedAcrossComponents) {
+    const std::string text = count(2) + leaf("ComponentName", "A") +
+                             element("Shapes", count(2) + element("SR", "a1\na2\n") + element("SR", "b1\n")) +
+                             leaf("ComponentName", "B") +
+                             // The count promises more lists than there are.
+                             element("Shapes", count(1000000) + element("SR", "c1\n")) + "</Components>\nafter\n";
+    QELXMLToDM reader(writeAnswer("components.xml", text).c_str());
+    ASSERT_EQ(0, Access::openFile(reader));
+    TYPMapIntPVoid* components = nullptr;
+    long long pos = 0;
+    EXPECT_TRUE(Access::getValuesAndStoreForComponents(reader, 0, pos, components));
+    const std::vector<std::pair<const char*, std::vector<std::string>>> expected = {
+        {"A", {"a1", "a2"}}, {"A", {"b1"}}, {"B", {"c1"}}};
+    ASSERT_EQ(3, components->size());
+    for (int i = 0; i < 3; ++i) {
+        auto* shapes = static_cast<TYPMapCATUnicodeStringPVoid*>(components->find(i));
+        auto* list = static_cast<TYPVectorCATUnicodeString*>(shapes->find(expected[i].first));
+        ASSERT_NE(nullptr, list) << i;
+        std::vector<std::string> names;
+        for (const CATUnicodeString& name : *list) names.push_back(name.ToLatin1());
+        EXPECT_EQ(expected[i].second, names) << i;
+    }
+    EXPECT_EQ(static_cast<long long>(text.size() - 6), pos);
+    Access::freeComponentsMap(components);
+}
+
+// ---- bad answers ---------------------------------------------------------------
+
+TEST_F(ReaderDriver, BadAnswersEndWithAJournalLineOrDoNothing) {
+    const std::string stale = [] {
+        QELWorkSpace gone;
+        return pointerOf(&gone);
+    }();
+    const std::string occ = pointerOf(model.occurrence);
+    const std::string valid = validAnswer();
+    std::string unclosedRoot = answer(3, occurrenceEntry(occ));
+    unclosedRoot.resize(unclosedRoot.size() - std::string("</DESCFILE>\n").size());
+    const std::string high = "Pi\xE8" "ce\xFF";
+    struct Case {
+        const char* name;
+        std::string text; // "-": no file at all
+        const char* journal; // null: read cleanly, or a clean no-op
+        int occurrences;
+        bool crlf;
+    } cases[] = {
+        {"missing file", "-", "Error while opening desc.xml file", 0, false},
+        {"empty file", "", "Balise DESC_FILE not found", 0, false},
+        {"second line", std::string(kDeclaration) + "<DESC>\n" + count(1), "Balise DESC_FILE not found", 0, false},
+        {"count missing", std::string(kDeclaration) + "<DESCFILE>\n" + occurrenceEntry(occ) + "</DESCFILE>\n", nullptr, 0,
+         false},
+        {"count negative", answer(-3, occurrenceEntry(occ)), nullptr, 0, false},
+        {"count zero", answer(0, occurrenceEntry(occ)), nullptr, 0, false},
+        {"count far larger", answer(1000000, occurrenceEntry(occ)), "1000000 entries announced, 1 found", 1, false},
+        {"count larger, root not closed", unclosedRoot, "3 entries announced, 1 found", 1, false},
+        {"block count far larger", answer(1, occurrenceEntry(occ, "U", 1000000)), "LinkedDocs holds fewer", 1, false},
+        {"block without closing line", answer(1, entry("CATPart", leaf("POINTER_ADDRESS", occ) + "<LinkedDocs>\n")),
+         "Unexpected end of file", 0, false},
+        {"Item_Info without closing line",
+         answer(2, element("CATPart", "<Item_Info>\n" + leaf("POINTER_ADDRESS", occ)) + occurrenceEntry(occ)),
+         "</Item_Info> is missing", 1, false},
+        {"entry without Item_Info", answer(2, element("CATPart", leaf("Other", "x")) + occurrenceEntry(occ)), nullptr, 1,
+         false},
+        {"element without value line", answer(1, entry("CATPart", leaf("POINTER_ADDRESS", occ) + "<Occ_UID>\n</Occ_UID>\n")),
+         "Unexpected end of file", 0, false},
+        {"forged pointer", answer(1, occurrenceEntry("NOT-A-HANDLE")), "POINTER_ADDRESS [NOT-A-HANDLE] designates no", 0,
+         false},
+        {"stale pointer", answer(1, occurrenceEntry(stale)), "designates no component", 0, false},
+        {"line of 100000 characters", answer(1, occurrenceEntry(occ, std::string(100000, 'v'))), nullptr, 1, false},
+        {"CR LF", valid, nullptr, 1, true},
+        {"no final line end", valid.substr(0, valid.size() - 1), nullptr, 1, false},
+        {"bytes above 0x7F", answer(1, occurrenceEntry(occ, high)), nullptr, 1, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        JNLManager::clear();
+        const std::string path = c.text == "-" ? ::testing::TempDir() + "no_such_answer.xml"
+                                               : writeAnswer("bad_answer.xml", c.text, c.crlf);
+        const auto begin = std::chrono::steady_clock::now();
+        QELXMLToDM reader(path.c_str());
+        reader.execute(model.session);
+        EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count(), 5.0);
+        EXPECT_FALSE(Access::isOpen(reader));
+        EXPECT_EQ(c.occurrences, reader.getOccurrences().size());
+        EXPECT_EQ(c.journal != nullptr, reportedBadAnswer());
+        if (c.journal) {
+            EXPECT_TRUE(JNLManager::contains(c.journal));
+        }
+    }
+    EXPECT_EQ(high, model.occurrence->getStringProperty("Occ_UID").ToLatin1());
+}
+
+TEST_F(ReaderDriver, EveryTruncationOfAValidAnswerIsReadSafely) {
+    const std::string valid = validAnswer();
+    const auto after = [&valid](const std::string& line) { return valid.rfind(line) + line.size(); };
+    const size_t counted = valid.find("</NBElements>\n") + 14; // the header's count is known
+    const size_t applied = after("</Item_Info>\n");          // the last entry has all its values
+    const size_t complete = after("</CATPart>\n");
+    const auto begin = std::chrono::steady_clock::now();
+    for (size_t cut = 0; cut < valid.size(); ++cut) {
+        // At every line end, and one character into every line.
+        if (!(cut > 0 && valid[cut - 1] == '\n') && !(cut > 1 && valid[cut - 2] == '\n')) continue;
+        SCOPED_TRACE(cut);
+        JNLManager::clear();
+        auto reader = run(valid.substr(0, cut));
+        EXPECT_EQ(cut >= applied ? 1 : 0, reader->getOccurrences().size());
+        if (cut >= counted) {
+            EXPECT_EQ(cut < complete, reportedBadAnswer());
+        }
+    }
+    EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count(), 20.0);
+}
+
+} // namespace

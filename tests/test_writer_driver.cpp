@@ -1,0 +1,566 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "QELDMToXMLPrimitivesAccess.h"
+#include "QELLink.h"
+#include "WriterDriverSupport.h"
+
+using writertest::codesReported;
+using writertest::describe;
+using writertest::lines;
+using writertest::valuesOf;
+using Access = QELDMToXMLPrimitivesAccess;
+
+namespace {
+
+class WriterDriverTest : public writertest::WriterTest {
+public:
+    void SetUp() override {
+        WriterTest::SetUp();
+        // Save phase 1: every node handed to writeDesc gets a block that
+        // starts with its POINTER_ADDRESS.
+        PROCManager::setIsCommandSave(true);
+        PROCManager::setIsPhasePhase1(true);
+    }
+
+    // Gives `component` a readable name in the block lists below.
+    template <typename T> T* label(T* component, const std::string& name) {
+        _labels[writertest::handleOf(component)] = name;
+        return component;
+    }
+    QELAbsoluteOccurrence* occurrence(QELWorkSpace* ws, QELComponent* parent, const std::string& name, int index) {
+        return label(m.occurrence(ws, parent, name, index), name);
+    }
+    CV5CAAQELWorkSpace* workspace(const std::string& name, bool active, int index = 0) {
+        return label(m.workspace(name, active, index), name);
+    }
+
+    // The components described, in file order, by the POINTER_ADDRESS that
+    // opens each block.
+    std::vector<std::string> blocks(const std::vector<std::string>& out) const {
+        std::vector<std::string> names;
+        for (size_t i = 0; i + 2 < out.size(); ++i) {
+            if (out[i] != "<Item_Info>" || out[i + 1] != "<POINTER_ADDRESS>") continue;
+            auto found = _labels.find(out[i + 2]);
+            names.push_back(found == _labels.end() ? "?" + out[i + 2] : found->second);
+        }
+        return names;
+    }
+
+    static std::vector<std::string> run(QELSession* session) {
+        return describe([session](QELDMToXML& w) { w.execute(session); });
+    }
+    static int announced(const std::vector<std::string>& out) {
+        auto values = valuesOf(out, "NBElements");
+        return values.empty() ? -1 : std::stoi(values[0]);
+    }
+    static bool countMismatchReported(const char* function) {
+        for (const auto& e : EMHManager::entries())
+            if (e.code == 2104) return e.function == function && e.detail.empty();
+        return false;
+    }
+
+    writertest::ModelBuilder m;
+
+private:
+    std::map<std::string, std::string> _labels;
+};
+
+using Names = std::vector<std::string>;
+
+// ---- the ordinary traversal ---------------------------------------------------
+
+TEST_F(WriterDriverTest, CurrentWorkspaceDepthFirstThenPassivesByIndexThenDesignTables) {
+    QELWorkSpace* ws = workspace("Root", true);
+    QELAbsoluteOccurrence* a = occurrence(ws, ws, "A", 2);
+    occurrence(ws, ws, "B", 0);
+    occurrence(ws, ws, "C", 1);
+    QELAbsoluteOccurrence* a1 = occurrence(ws, a, "A1", 3);
+    occurrence(ws, a, "A2", 1);
+    occurrence(ws, a, "A3", 2);
+    occurrence(ws, a1, "A1a", 0);
+    QELWorkSpace* late = workspace("Late", false, 2);
+    occurrence(late, late, "LateOcc", 0);
+    QELWorkSpace* early = workspace("Early", false, 1);
+    occurrence(early, early, "EarlyOcc", 0);
+    workspace("Hidden", false, 3)->addBooleanProperty("IsVisible", false);
+    auto* shown = m.documentOf(m.item("Sizes", EnumDocumentType_DesignTable));
+    shown->setDesignTableVisibility(1);
+    label(shown, "Sizes");
+    m.documentOf(m.item("Options", EnumDocumentType_DesignTable))->setDesignTableVisibility(0);
+
+    auto out = run(m.session());
+
+    EXPECT_EQ(blocks(out), Names({"Root", "B", "C", "A", "A2", "A3", "A1", "A1a", "Early", "EarlyOcc", "Late",
+                                  "LateOcc", "Sizes"}));
+    EXPECT_EQ(announced(out), 13);
+    EXPECT_EQ(out.back(), "</DESCFILE>");
+    EXPECT_EQ(codesReported(), std::vector<long>{2103}); // only the design-table question, never asked
+}
+
+TEST_F(WriterDriverTest, DeliberateCountMismatchesAreReported) {
+    struct Case {
+        const char* what;
+        void (*build)(writertest::ModelBuilder&, WriterDriverTest&);
+        int announced;
+        Names written;
+    };
+    // Each model is built in a fresh session.
+    const Case cases[] = {
+        {"the only workspace is invisible",
+         [](writertest::ModelBuilder&, WriterDriverTest& t) {
+             t.workspace("Root", true)->addBooleanProperty("IsVisible", false);
+         },
+         0, {"Root"}},
+        {"an ignored occurrence with two children",
+         [](writertest::ModelBuilder&, WriterDriverTest& t) {
+             QELWorkSpace* ws = t.workspace("Root", true);
+             QELAbsoluteOccurrence* ignored = t.occurrence(ws, ws, "Ignored", 0);
+             ignored->addBooleanProperty("IsAnIgnoreNode", true);
+             t.occurrence(ws, ignored, "Child1", 0);
+             t.occurrence(ws, ignored, "Child2", 1);
+         },
+         3, {"Root"}},
+        {"a managed broken icon with a child",
+         [](writertest::ModelBuilder&, WriterDriverTest& t) {
+             PROCManager::setManageInvisibleBrokenIcon(true);
+             QELWorkSpace* ws = t.workspace("Root", true);
+             QELAbsoluteOccurrence* broken = t.occurrence(ws, ws, "Broken", 0);
+             broken->addBooleanProperty("IsBrokenIcon", true);
+             t.occurrence(ws, broken, "Child", 0);
+             t.occurrence(ws, ws, "Sound", 1);
+         },
+         3, {"Root", "Sound"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        EMHManager::clear();
+        c.build(m, *this);
+        auto out = run(m.session());
+        EXPECT_EQ(announced(out), c.announced);
+        EXPECT_EQ(blocks(out), c.written);
+        EXPECT_TRUE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
+        QELSession::freeModel();
+        PROCManager::setManageInvisibleBrokenIcon(false);
+    }
+}
+
+TEST_F(WriterDriverTest, WorkspaceCounts) {
+    QELWorkSpace* bare = m.workspace("Bare", false);
+    QELWorkSpace* tree = m.workspace("Tree", false);
+    QELAbsoluteOccurrence* top = m.occurrence(tree, tree, "Top", 0);
+    m.occurrence(tree, top, "Under", 0)->addBooleanProperty("IsBrokenIcon", true);
+    QELAbsoluteOccurrence* ignored = m.occurrence(tree, tree, "Ignored", 1);
+    ignored->addBooleanProperty("IsAnIgnoreNode", true);
+    m.occurrence(tree, ignored, "BelowIgnored", 0);
+    QELWorkSpace* invisible = m.workspace("Invisible", false);
+    invisible->addBooleanProperty("IsVisible", false);
+    QELWorkSpace* ignoredWs = m.workspace("IgnoredWs", false);
+    ignoredWs->addBooleanProperty("IsAnIgnoreNode", true);
+
+    QELDMToXML w(writertest::tempPath("counts.xml").c_str());
+    EXPECT_EQ(Access::numberOfObjectsInWsp(w, nullptr), 0);
+    EXPECT_EQ(Access::numberOfObjectsInWsp(w, bare), 1);
+    EXPECT_EQ(Access::numberOfObjectsInWsp(w, invisible), 0);
+    EXPECT_EQ(Access::numberOfObjectsInWsp(w, ignoredWs), 0);
+    // Each occurrence counts by itself: the child of an ignored node counts.
+    EXPECT_EQ(Access::numberOfObjectsInWsp(w, tree), 4);
+    PROCManager::setManageInvisibleBrokenIcon(true);
+    EXPECT_EQ(Access::numberOfObjectsInWsp(w, tree), 3);
+}
+
+TEST_F(WriterDriverTest, SynchronizeActiveShapesLeavesPassivesAndDesignTablesOut) {
+    PROCManager::reset();
+    PROCManager::setIsCommandSynchronizeActiveShapes(true);
+    QELWorkSpace* ws = workspace("Root", true);
+    occurrence(ws, ws, "A", 0);
+    QELWorkSpace* passive = workspace("Passive", false, 1);
+    occurrence(passive, passive, "P", 0);
+    m.documentOf(m.item("Sizes", EnumDocumentType_DesignTable))->setDesignTableVisibility(1);
+
+    auto out = run(m.session());
+    EXPECT_EQ(blocks(out), Names({"Root", "A"}));
+    EXPECT_EQ(announced(out), 2);
+    EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
+}
+
+TEST_F(WriterDriverTest, StateDetailsFactoryCountsEachSecondaryDocument) {
+    PROCManager::reset();
+    PROCManager::setIsProcessStateDetailsFactory(true);
+    QELWorkSpace* ws = workspace("Root", true);
+    auto* primary = m.documentOf(ws->getItem());
+    for (const char* name : {"Mesh.model", "Loads.model"}) {
+        auto* secondary = QELModelHeap::adopt(new CV5CAAQELDocument(name, EnumDocumentType_Model));
+        secondary->addBooleanProperty("IsSecondary", true);
+        m.session()->addDocument(secondary);
+        primary->addGRMDocumentLink("CATIA_secondary_Link_type", secondary);
+        label(secondary, name);
+    }
+    auto out = run(m.session());
+    EXPECT_EQ(announced(out), 3);
+    EXPECT_EQ(blocks(out), Names({"Root", "Mesh.model", "Loads.model"}));
+    EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
+}
+
+TEST_F(WriterDriverTest, ChildrenAreOrderedByIndex) {
+    QELWorkSpace* ws = m.workspace("Root", true);
+    QELAbsoluteOccurrence* parent = m.occurrence(ws, ws, "Parent", 0);
+    QELAbsoluteOccurrence* three = m.occurrence(ws, parent, "Three", 3);
+    QELAbsoluteOccurrence* one = m.occurrence(ws, parent, "One", 1);
+    QELAbsoluteOccurrence* two = m.occurrence(ws, parent, "Two", 2);
+    std::unique_ptr<TYPVectorPQELAbsoluteOccurrence> ordered(Access::orderedChildren(parent));
+    ASSERT_TRUE(ordered);
+    EXPECT_EQ(ordered->items(), std::vector<QELAbsoluteOccurrence*>({one, two, three}));
+    EXPECT_EQ(Access::orderedChildren(one), nullptr);
+    EXPECT_EQ(Access::orderedChildren(nullptr), nullptr);
+
+    // Two children under one index: the first filed comes twice, the other
+    // not at all.
+    two->addIntegerProperty("IndiceOfAbsolute", 3);
+    ordered.reset(Access::orderedChildren(parent));
+    EXPECT_EQ(ordered->items(), std::vector<QELAbsoluteOccurrence*>({one, three, three}));
+}
+
+// ---- walks that must not fail on odd models --------------------------------------
+
+// A chain much deeper than any call stack would take recursively.
+TEST_F(WriterDriverTest, DeepAssembliesAndLoopingLinksEndCleanly) {
+    PROCManager::reset();
+    CV5CAAQELWorkSpace* ws = m.workspace("Deep", true);
+    ws->setWorkSpaceType(EnumDocumentType_Catalog);
+    const int depth = 100000;
+    std::vector<QELAbsoluteOccurrence*> chain;
+    chain.reserve(depth);
+    for (int i = 0; i < depth; ++i) {
+        auto* occ = QELModelHeap::adopt(new QELAbsoluteOccurrence());
+        occ->set_Name(("n" + std::to_string(i)).c_str());
+        if (chain.empty()) {
+            ws->linkAbsoluteOccurrence(occ);
+        } else {
+            chain.back()->linkChildAbsoluteOccurrence(occ);
+            occ->linkParentAbsoluteOccurrence(chain.back());
+        }
+        chain.push_back(occ);
+    }
+    {
+        QELDMToXML w(writertest::tempPath("deep.xml").c_str());
+        EXPECT_EQ(Access::numberOfObjectsInWspForCatalog(w, ws), depth + 1);
+        Access::recurseOnAbsoluteOccurrence(w, chain.front(), m.session());
+    }
+
+    // A child link back to an ancestor, ordered after the real child: the
+    // walk does not go round.
+    chain[1]->addIntegerProperty("IndiceOfAbsolute", 5);
+    chain[2]->linkChildAbsoluteOccurrence(chain[1]);
+    QELDMToXML w(writertest::tempPath("loop.xml").c_str());
+    EXPECT_EQ(Access::numberOfObjectsInWspForCatalog(w, ws), depth + 1);
+    EXPECT_TRUE(JNLManager::contains("occurrence n1 is its own ancestor"));
+}
+
+// ---- the update-status description ----------------------------------------------
+
+TEST_F(WriterDriverTest, UpdateStatusBrokenIconLowersTheCountButIsDescribed) {
+    PROCManager::reset();
+    PROCManager::setIsCommandUpdateStatus(true);
+    auto* part = label(m.documentOf(m.item("Part")), "Part");
+    auto* broken = label(m.documentOf(m.item("Broken")), "Broken");
+    broken->setIsABrokenIcon(1);
+    auto* product = label(m.documentOf(m.item("Product", EnumDocumentType_Product)), "Product");
+    product->addGRMDocumentLink("CATIA_secondary_Link_type", m.documentOf(m.item("S1", EnumDocumentType_Model)));
+    product->addGRMDocumentLink("CATIA_secondary_Link_type", m.documentOf(m.item("S2", EnumDocumentType_Model)));
+    TYPVectorPCV5CAAQELDocument documents;
+    for (auto* d : {part, broken, product}) documents.push_back(d);
+
+    struct Case {
+        bool factory;
+        int announced;
+        bool mismatch;
+    } cases[] = {{false, 3, false}, {true, 4, true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.factory ? "state-details factory" : "plain");
+        PROCManager::setIsProcessStateDetailsFactory(c.factory);
+        EMHManager::clear();
+        JNLManager::clear();
+        long result = -1;
+        auto out = describe([&](QELDMToXML& w) { result = w.execute(m.session(), &documents); });
+        EXPECT_EQ(result, 0);
+        EXPECT_EQ(announced(out), c.announced);
+        EXPECT_EQ(blocks(out), Names({"Part", "Broken", "Product"}));
+        EXPECT_EQ(countMismatchReported("QELDMToXML::execute"), c.mismatch);
+        EXPECT_EQ(JNLManager::contains("It is a broken icon, we skip it"), c.factory);
+    }
+
+    // Another command announces the documents and writes no block.
+    PROCManager::setIsCommandUpdateStatus(false);
+    auto out = describe([&](QELDMToXML& w) { w.execute(m.session(), &documents); });
+    EXPECT_TRUE(blocks(out).empty());
+    EXPECT_EQ(out.back(), "</DESCFILE>");
+}
+
+// ---- the document lists ------------------------------------------------------------
+
+TEST_F(WriterDriverTest, EmptyItemListGivesAnEmptyFile) {
+    const std::string path = writertest::tempPath("items.xml");
+    TYPVectorPQELItem items;
+    long result = -1;
+    {
+        QELDMToXML w(path.c_str());
+        result = w.execute(&items);
+    }
+    struct stat info {};
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_size, 0);
+    EXPECT_EQ(result, 0);
+    std::remove(path.c_str());
+}
+
+TEST_F(WriterDriverTest, StatusWindowListOneDocBlockPerItem) {
+    CV5CAAQELItem* full = m.item("Full");
+    auto* fullDoc = m.documentOf(full);
+    fullDoc->setDocumentUID("DST-1");
+    fullDoc->setNamedRefUID("NR-1");
+    CV5CAAQELItem* noNamedRef = m.item("NoRef");
+    m.documentOf(noNamedRef)->setDocumentUID("DST-2");
+    auto* withoutDocument = QELModelHeap::adopt(new CV5CAAQELItem("Lonely"));
+    auto* plain = QELModelHeap::adopt(new QELItem("Plain"));
+    TYPVectorPQELItem items;
+    for (QELItem* item : {static_cast<QELItem*>(full), static_cast<QELItem*>(nullptr),
+                          static_cast<QELItem*>(noNamedRef), static_cast<QELItem*>(withoutDocument), plain})
+        items.push_back(item);
+
+    auto out = describe([&](QELDMToXML& w) { EXPECT_EQ(w.execute(&items), 0); });
+    EXPECT_EQ(out, lines({"<doc>", "<filename>", "Full.CATPart", "</filename>", "<revuid>", "Full", "</revuid>",
+                          "<dstuid>", "DST-1", "</dstuid>", "<namedrefuid>", "NR-1", "</namedrefuid>", "</doc>",
+                          "<doc>", "<filename>", "NoRef.CATPart", "</filename>", "<revuid>", "NoRef", "</revuid>",
+                          "<dstuid>", "DST-2", "</dstuid>", "</doc>",
+                          "<doc>", "<revuid>", "Lonely", "</revuid>", "</doc>",
+                          "<doc>", "<revuid>", "Plain", "</revuid>", "</doc>"}));
+    EXPECT_TRUE(JNLManager::contains("BEGIN QELDMToXML::execute"));
+}
+
+TEST_F(WriterDriverTest, CatalogBrowserListOneDocBlockPerDocument) {
+    auto* document = m.documentOf(m.item("Screw"));
+    document->setDocumentUID("DST-S");
+    auto* plain = QELModelHeap::adopt(new QELDocument("Plain.CATPart", EnumDocumentType_Part));
+    TYPVectorPQELDocument documents;
+    documents.push_back(document);
+    documents.push_back(nullptr);
+    documents.push_back(plain);
+    auto out = describe([&](QELDMToXML& w) { EXPECT_EQ(w.writeDocumentsForCatalogBrowser(&documents), 0); });
+    EXPECT_EQ(out, lines({"<doc>", "<filename>", "Screw.CATPart", "</filename>", "<revuid>", "Screw", "</revuid>",
+                          "<dstuid>", "DST-S", "</dstuid>", "</doc>", "<doc>", "</doc>"}));
+    EXPECT_TRUE(describe([](QELDMToXML& w) { w.writeDocumentsForCatalogBrowser(nullptr); }).empty());
+}
+
+// ---- helpers of the content writers ----------------------------------------------
+
+TEST_F(WriterDriverTest, MergeAddsSecondariesByNameIgnoringCase) {
+    auto* primary = QELModelHeap::adopt(new QELDocument("P"));
+    auto doc = [](const char* name) { return QELModelHeap::adopt(new QELDocument(name)); };
+    auto link = [&](QELComponent* secondary) {
+        return QELModelHeap::adopt(new QELLink(19, "L", primary, secondary));
+    };
+    QELLink* bolt = link(doc("Bolt"));
+    QELLink* boltUpper = link(doc("BOLT"));
+    QELLink* nut = link(doc("Nut"));
+    QELLink* nutAgain = link(doc("nut"));
+    QELLink* orphan = link(nullptr);
+    QELLink* washer = link(doc("Washer"));
+
+    auto* into = new TYPVectorPQELLink();
+    std::unique_ptr<TYPVectorPQELLink> owned(into);
+    into->push_back(bolt);
+    into->push_back(orphan);
+    TYPVectorPQELLink from;
+    for (QELLink* l : {boltUpper, nut, orphan, nutAgain, washer}) from.push_back(l);
+    Access::merge(into, &from);
+    EXPECT_EQ(into->items(), std::vector<QELLink*>({bolt, orphan, nut, washer}));
+
+    TYPVectorPQELLink* none = nullptr;
+    Access::merge(none, &from);
+    EXPECT_EQ(none, nullptr);
+    Access::merge(into, nullptr);
+    EXPECT_EQ(into->size(), 4);
+}
+
+TEST_F(WriterDriverTest, ConfigurationLines) {
+    QELWorkSpace* configured = m.workspace("Configured", true);
+    CATListValCATUnicodeString rules;
+    rules.Append("RevisionRule=Latest Working");
+    rules.Append("Variant=<Standard>");
+    configured->setConfiguration(rules);
+    QELWorkSpace* bare = m.workspace("Bare", false);
+
+    long nullResult = 0, bareResult = -1, result = -1;
+    auto out = describe([&](QELDMToXML& w) {
+        nullResult = Access::writeConfiguration(w, nullptr);
+        bareResult = Access::writeConfiguration(w, bare);
+        result = Access::writeConfiguration(w, configured);
+    });
+    EXPECT_EQ(nullResult, 0x80004005L);
+    EXPECT_EQ(bareResult, 0);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(out, lines({"<Configuration>", "RevisionRule=Latest Working", "Variant=<Standard>",
+                          "</Configuration>"}));
+}
+
+TEST_F(WriterDriverTest, MasterComponent) {
+    QELWorkSpace* ws = m.workspace("Gear", true);
+    CV5CAAQELItem* shaft = m.item("Shaft");
+    QELAbsoluteOccurrence* shaftOcc = m.occurrence(ws, ws, "ShaftOcc", 0);
+    shaft->linkAbsOcc(shaftOcc);
+    QELDMToXML w(writertest::tempPath("master.xml").c_str());
+
+    EXPECT_EQ(Access::masterComponent(w, nullptr), nullptr);
+    EXPECT_EQ(Access::masterComponent(w, m.documentOf(ws->getItem())), ws);
+    EXPECT_EQ(Access::masterComponent(w, m.documentOf(shaft)), shaftOcc);
+    // The search gives up at a workspace without a document.
+    auto* empty = QELModelHeap::adopt(new QELWorkSpace());
+    empty->set_Name("NoDocument");
+    m.session()->addWorkSpace(empty);
+    QELWorkSpace* later = m.workspace("Later", false);
+    EXPECT_EQ(Access::masterComponent(w, m.documentOf(later->getItem())), nullptr);
+}
+
+// ---- around the export ----------------------------------------------------------------
+
+TEST_F(WriterDriverTest, StateDetailsUpdateConsumesTheStatusWindowSelection) {
+    const std::string directory = writertest::tempPath("tmpdir");
+    mkdir(directory.c_str(), 0700);
+    ENVManager::setTempDirectory((directory + "/").c_str());
+    const std::string selection = directory + "/documentsOfStatusWindow.xml";
+    std::ofstream(selection) << "Root.CATProduct\n";
+    workspace("Root", true);
+
+    PROCManager::setIsCommandStateDetailsUpdate(false);
+    run(m.session());
+    EXPECT_EQ(access(selection.c_str(), F_OK), 0);
+    PROCManager::setIsCommandStateDetailsUpdate(true);
+    run(m.session());
+    EXPECT_NE(access(selection.c_str(), F_OK), 0);
+    rmdir(directory.c_str());
+}
+
+TEST_F(WriterDriverTest, UnwritableOutputStopsCleanly) {
+    QELWorkSpace* ws = workspace("Root", true);
+    occurrence(ws, ws, "A", 0);
+    const std::string path = writertest::tempPath("missing") + "/out.xml";
+    bool failed = false;
+    {
+        QELDMToXML w(path.c_str());
+        w.execute(m.session());
+        failed = w.hasFailed();
+    }
+    EXPECT_TRUE(failed);
+    int reported = 0;
+    for (const auto& e : EMHManager::entries()) reported += e.code == 2102;
+    EXPECT_EQ(reported, 1);
+    // The blocks were still counted as they were opened, so no false mismatch.
+    EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
+}
+
+// ---- catalog workspaces ------------------------------------------------------------------
+
+class WriterCatalogTest : public WriterDriverTest {
+protected:
+    // A catalog workspace: Root / Family (Screw, Nut / NutInsert), Ignored / Hidden.
+    void buildCatalog() {
+        ws = workspace("Root", true);
+        ws->setWorkSpaceType(EnumDocumentType_Catalog);
+        QELAbsoluteOccurrence* family = occurrence(ws, ws, "Family", 0);
+        occurrence(ws, family, "Screw", 1);
+        QELAbsoluteOccurrence* nut = occurrence(ws, family, "Nut", 0);
+        occurrence(ws, nut, "NutInsert", 0);
+        QELAbsoluteOccurrence* ignored = occurrence(ws, ws, "Ignored", 1);
+        ignored->addBooleanProperty("IsAnIgnoreNode", true);
+        occurrence(ws, ignored, "Hidden", 0);
+        QELWorkSpace* passive = workspace("Passive", false, 1);
+        occurrence(passive, passive, "PassiveOcc", 0);
+    }
+
+    CV5CAAQELWorkSpace* ws = nullptr;
+};
+
+TEST_F(WriterCatalogTest, CatalogIsItsWorkspaceThenItsOccurrencesAndTheCountMatches) {
+    buildCatalog();
+    auto out = run(m.session());
+    EXPECT_EQ(blocks(out), Names({"Root", "Family", "Nut", "NutInsert", "Screw"}));
+    EXPECT_EQ(announced(out), 5);
+    EXPECT_EQ(codesReported(), std::vector<long>{2103});
+    EXPECT_TRUE(JNLManager::contains("BEGIN QELDMToXML::executeForCatalogWorkSpace"));
+}
+
+// Each secondary flagged "IsSecondary" gets one block of its own, however
+// many described documents point to it; the count says so in advance.
+TEST_F(WriterCatalogTest, StateDetailsFactoryCountsTheSecondaryBlocks) {
+    PROCManager::reset();
+    PROCManager::setIsProcessStateDetailsFactory(true);
+    buildCatalog();
+    auto secondary = [&](const char* name, bool flagged) {
+        auto* document = QELModelHeap::adopt(new CV5CAAQELDocument(name, EnumDocumentType_Model));
+        document->addBooleanProperty("IsSecondary", flagged);
+        return label(document, name);
+    };
+    auto* mesh = secondary("Mesh.model", true);
+    auto* loads = secondary("Loads.model", true);
+    auto* notes = secondary("Notes.model", false);
+    auto* root = m.documentOf(ws->getItem());
+    auto* screw = static_cast<QELDocument*>(m.session()->getDocument("Screw.CATPart"));
+    ASSERT_TRUE(screw);
+    root->addGRMDocumentLink("CATIA_secondary_Link_type", mesh);
+    screw->addGRMDocumentLink("CATIA_secondary_Link_type", mesh);
+    screw->addGRMDocumentLink("CATIA_secondary_Link_type", loads);
+    screw->addGRMDocumentLink("CATIA_secondary_Link_type", notes);
+
+    auto out = run(m.session());
+    EXPECT_EQ(blocks(out), Names({"Root", "Mesh.model", "Family", "Nut", "NutInsert", "Screw", "Loads.model"}));
+    EXPECT_EQ(announced(out), 7);
+    EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForCatalogWorkSpace"));
+}
+
+TEST_F(WriterCatalogTest, StateDetailsUpdateDescribesTheSelectedDocuments) {
+    buildCatalog();
+    const std::string directory = writertest::tempPath("tmpdir");
+    mkdir(directory.c_str(), 0700);
+    ENVManager::setTempDirectory((directory + "/").c_str());
+    const std::string selection = directory + "/documentsOfStatusWindow.xml";
+    PROCManager::setIsCommandStateDetailsUpdate(true);
+
+    struct Case {
+        const char* selected; // null: no selection file at all
+        Names written;
+        bool unreadable;
+    } cases[] = {
+        // A selected document below an unselected one is still reached.
+        {"NutInsert.CATPart\nScrew.CATPart\n\nnutinsert.catpart\n", {"Root", "NutInsert", "Screw"}, false},
+        // Hidden sits below an ignored node: selecting it changes nothing.
+        {"Hidden.CATPart\n", {"Root"}, false},
+        {nullptr, {"Root"}, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.selected ? c.selected : "no selection file");
+        EMHManager::clear();
+        if (c.selected) std::ofstream(selection) << c.selected;
+        auto out = run(m.session());
+        EXPECT_EQ(blocks(out), c.written);
+        EXPECT_EQ(announced(out), static_cast<int>(c.written.size()));
+        EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForCatalogWorkSpaceForUpdateStateDetails"));
+        bool unreadable = false;
+        for (const auto& e : EMHManager::entries())
+            unreadable |= e.code == 2102 && e.function == "QELDMToXML::execute" && e.detail == "readListOfElements";
+        EXPECT_EQ(unreadable, c.unreadable);
+        EXPECT_NE(access(selection.c_str(), F_OK), 0);
+    }
+    rmdir(directory.c_str());
+}
+
+} // namespace

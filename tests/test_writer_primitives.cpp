@@ -1,0 +1,460 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "CATDocument.h"
+#include "QELDMToXMLPrimitivesAccess.h"
+#include "WriterDriverSupport.h"
+
+using writertest::describe;
+using writertest::lines;
+using writertest::linesOf;
+using writertest::readBytes;
+using writertest::tempPath;
+using Access = QELDMToXMLPrimitivesAccess;
+
+namespace {
+
+class WriterPrimitivesTest : public writertest::WriterTest {};
+
+// ---- the frame of an element ---------------------------------------------------
+
+TEST_F(WriterPrimitivesTest, TagsAndValuesStandAloneOnCrLfLines) {
+    auto out = describe([](QELDMToXML& w) {
+        Access::writeOpenBalise(w, "Item_ID");
+        Access::writeValue(w, CATUnicodeString("0001234"));
+        Access::writeValue(w, -7);
+        Access::writeCloseBalise(w, "Item_ID");
+    });
+    EXPECT_EQ(out, lines({"<Item_ID>", "0001234", "-7", "</Item_ID>"}));
+}
+
+TEST_F(WriterPrimitivesTest, OnlyTheExactNameItemInfoIsCounted) {
+    struct Case {
+        const char* name;
+        int counted;
+    } cases[] = {{"Item_Info", 1}, {"item_info", 0}, {"Item_Info ", 0}, {"Item_Infos", 0}, {"", 0}};
+    for (const auto& c : cases) {
+        int counted = -1;
+        describe([&](QELDMToXML& w) {
+            Access::writeOpenBalise(w, c.name);
+            Access::writeCloseBalise(w, c.name);
+            counted = Access::writtenItems(w);
+        });
+        EXPECT_EQ(counted, c.counted) << "'" << c.name << "'";
+    }
+    // writeBalise opens through writeOpenBalise, so it counts as well.
+    int counted = 0;
+    describe([&](QELDMToXML& w) {
+        Access::writeBalise(w, "Item_Info", "x", "", 0);
+        Access::writeBalise(w, "Item_Info", 3);
+        counted = Access::writtenItems(w);
+    });
+    EXPECT_EQ(counted, 2);
+}
+
+TEST_F(WriterPrimitivesTest, BaliseWithValueAndFallback) {
+    struct Case {
+        const char* value;
+        const char* fallback;
+        unsigned char writeIfEmpty;
+        std::vector<std::string> expected;
+    } cases[] = {
+        {"", "", 0, {}},
+        {"", "", 1, {"<Item_ID>", "", "</Item_ID>"}},
+        {"", "X", 0, {"<Item_ID>", "X", "</Item_ID>"}},
+        {"V", "X", 0, {"<Item_ID>", "V", "</Item_ID>"}},
+        {"V", "", 1, {"<Item_ID>", "V", "</Item_ID>"}},
+        // Nothing is escaped, and a line break in a value spreads it.
+        {"a<b&c>", "", 0, {"<Item_ID>", "a<b&c>", "</Item_ID>"}},
+        {"one\ntwo", "", 0, {"<Item_ID>", "one", "two", "</Item_ID>"}},
+        {"\xE9l\xE9ment", "", 0, {"<Item_ID>", "\xE9l\xE9ment", "</Item_ID>"}},
+    };
+    for (const auto& c : cases) {
+        auto out = describe([&](QELDMToXML& w) { Access::writeBalise(w, "Item_ID", c.value, c.fallback, c.writeIfEmpty); });
+        EXPECT_EQ(out, c.expected) << "value '" << c.value << "' fallback '" << c.fallback << "'";
+    }
+}
+
+TEST_F(WriterPrimitivesTest, ValuesOfAnyLengthAreWrittenWhole) {
+    const std::string longValue(100000, 'v');
+    auto out = describe([&](QELDMToXML& w) { Access::writeBalise(w, "Long", longValue.c_str(), "", 0); });
+    ASSERT_EQ(out.size(), 3u);
+    EXPECT_EQ(out[1], longValue);
+}
+
+TEST_F(WriterPrimitivesTest, PointerAddressIsTheHandleInSixteenUpperCaseHexDigits) {
+    QELComponent component;
+    auto out = describe([&](QELDMToXML& w) {
+        Access::writeBalise(w, "POINTER_ADDRESS", &component);
+        Access::writeBalise(w, "POINTER_ADDRESS", static_cast<const QELComponent*>(nullptr));
+    });
+    ASSERT_EQ(out.size(), 6u);
+    EXPECT_EQ(out[1], writertest::handleOf(&component));
+    EXPECT_EQ(out[1].size(), 16u);
+    EXPECT_EQ(out[1].find_first_not_of("0123456789ABCDEF"), std::string::npos);
+    EXPECT_EQ(out[4], "0000000000000000");
+}
+
+// ---- the one-line writers ------------------------------------------------------
+
+TEST_F(WriterPrimitivesTest, OneLineWritersWriteTheComponentsIntegerProperty) {
+    using Writer = void (*)(QELDMToXML&, QELComponent*);
+    struct Case {
+        Writer write;
+        const char* element;
+        const char* nullJournal;
+    } cases[] = {
+        {&Access::writeMAJ, "MAJ", "QELDMToXML::writeMAJ: ip_component is NULL"},
+        {&Access::writeModifiedFlag, "Modified_Flag", "QELDMToXML::writeModifiedFlag: ip_component is NULL"},
+        {&Access::writeCheckAction, "Check_Action", "QELDMToXML::writeCheckAction: ip_component is NULL"},
+        {[](QELDMToXML& w, QELComponent* c) { Access::writeMatrixAction(w, c, 1); }, "Matrix_Action",
+         "QELDMToXML::writeMatrixAction: ip_component is NULL"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.element);
+        QELComponent with, without;
+        with.addIntegerProperty(c.element, 2);
+        auto out = describe([&](QELDMToXML& w) {
+            c.write(w, &with);
+            c.write(w, &without); // a missing property answers -1, still written
+        });
+        EXPECT_EQ(out, std::vector<std::string>({std::string("<") + c.element + ">", "2",
+                                                 std::string("</") + c.element + ">",
+                                                 std::string("<") + c.element + ">", "-1",
+                                                 std::string("</") + c.element + ">"}));
+
+        JNLManager::clear();
+        auto none = describe([&](QELDMToXML& w) { c.write(w, nullptr); });
+        EXPECT_TRUE(none.empty());
+        EXPECT_TRUE(JNLManager::contains(c.nullJournal));
+    }
+}
+
+TEST_F(WriterPrimitivesTest, MatrixActionOnlyWhenAsked) {
+    QELComponent component;
+    component.addIntegerProperty("Matrix_Action", 1);
+    auto out = describe([&](QELDMToXML& w) { Access::writeMatrixAction(w, &component, 0); });
+    EXPECT_TRUE(out.empty());
+}
+
+TEST_F(WriterPrimitivesTest, PointerAddressWriterNamesTheComponent) {
+    QELComponent component;
+    auto out = describe([&](QELDMToXML& w) {
+        Access::writePointerAddress(w, &component);
+        Access::writePointerAddress(w, nullptr);
+    });
+    EXPECT_EQ(out, lines({"<POINTER_ADDRESS>", writertest::handleOf(&component).c_str(), "</POINTER_ADDRESS>"}));
+    EXPECT_TRUE(JNLManager::contains("QELDMToXML::writePointerAddress: ip_component is NULL"));
+}
+
+// ---- matrices --------------------------------------------------------------------
+
+TEST_F(WriterPrimitivesTest, MatrixStringIsTwelveNumbersWithSixteenSignificantDigits) {
+    const double identity[16] = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 7, 7, 7, 7};
+    const double example[12] = {1, 0, 0, 0, 1, 0, 0, 0, 1, 120.5, 0, -3.000000000000001E-05};
+    const double special[12] = {0.1, 1e20, -0.0, 1.0 / 3.0, 123456789012345678.0, 1e-300, 2.5, -1, 0, 0, 0, 0};
+    EXPECT_EQ(Access::matrixString(nullptr), "");
+    // Only the first twelve values of the property's sixteen are written.
+    EXPECT_EQ(Access::matrixString(identity), "1 0 0 0 1 0 0 0 1 0 0 0");
+    EXPECT_EQ(Access::matrixString(example), "1 0 0 0 1 0 0 0 1 120.5 0 -3.000000000000001E-05");
+    EXPECT_EQ(Access::matrixString(special),
+              "0.1 1E+20 -0 0.3333333333333333 1.234567890123457E+17 1E-300 2.5 -1 0 0 0 0");
+}
+
+TEST_F(WriterPrimitivesTest, DecimalCommaLocaleDoesNotReachMatrices) {
+    const std::string previous = std::setlocale(LC_NUMERIC, nullptr);
+    const char* found = nullptr;
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "de_DE", "fr_FR"}) {
+        if (std::setlocale(LC_NUMERIC, name) && std::strcmp(std::localeconv()->decimal_point, ",") == 0) {
+            found = name;
+            break;
+        }
+    }
+    if (!found) {
+        std::setlocale(LC_NUMERIC, previous.c_str());
+        GTEST_SKIP() << "no decimal-comma locale installed";
+    }
+    const double matrix[12] = {0.5, -1.25, 1e-5, 0, 0, 0, 0, 0, 0, 120.5, 0, 3.5};
+    const std::string text = Access::matrixString(matrix);
+    std::setlocale(LC_NUMERIC, previous.c_str());
+    EXPECT_EQ(text, "0.5 -1.25 1E-05 0 0 0 0 0 0 120.5 0 3.5") << "under " << found;
+}
+
+TEST_F(WriterPrimitivesTest, ReplaceAllReplacesEveryOccurrence) {
+    EXPECT_EQ(Access::replaceAll("a&b&c", "&", "&amp;").ToLatin1(), "a&amp;b&amp;c");
+    EXPECT_EQ(Access::replaceAll("abc", "", "x").ToLatin1(), "abc");
+}
+
+// ---- the header -------------------------------------------------------------------
+
+TEST_F(WriterPrimitivesTest, HeaderFrameBytesAndCount) {
+    ENVManager::setCatiaEnvironmentName("CATIA_P3");
+    ENVManager::setCatiaFullVersion("V5-6R2022 SP3");
+    QELSession* session = QELSession::getInstance();
+    session->addBooleanProperty("IsDesignTableManagedAsked", true);
+    session->addBooleanProperty("IsDesignTableManaged", true);
+
+    const std::string path = tempPath("header.xml");
+    int declared = -1;
+    {
+        QELDMToXML w(path.c_str());
+        Access::writeHeader(w, 7, session);
+        declared = Access::declaredElements(w);
+    }
+    const std::string bytes = readBytes(path);
+    std::remove(path.c_str());
+    EXPECT_EQ(bytes.compare(0, 58, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\r\n<DESCFILE>\r\n"), 0);
+    EXPECT_EQ(linesOf(bytes), lines({"<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>", "<DESCFILE>", "<Options>",
+                                     "<CATIAEnvironment>", "CATIA_P3", "V5-6R2022 SP3", "</CATIAEnvironment>",
+                                     "<SaveDesignTables>", "1", "</SaveDesignTables>", "</Options>",
+                                     "<NBElements>", "7", "</NBElements>"}));
+    EXPECT_EQ(declared, 7);
+    EXPECT_TRUE(EMHManager::entries().empty());
+}
+
+TEST_F(WriterPrimitivesTest, SaveDesignTablesFollowsTheSessionsAnswer) {
+    struct Case {
+        int asked; // -1: the property is absent
+        bool managed;
+        const char* value;
+        bool reported;
+    } cases[] = {{1, true, "1", false}, {1, false, "0", false}, {0, false, "1", true}, {-1, false, "1", true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << "asked " << c.asked << " managed " << c.managed);
+        EMHManager::clear();
+        QELSession* session = QELSession::getInstance();
+        if (c.asked >= 0) session->addBooleanProperty("IsDesignTableManagedAsked", c.asked == 1);
+        session->addBooleanProperty("IsDesignTableManaged", c.managed);
+        auto out = describe([&](QELDMToXML& w) { Access::writeHeader(w, 0, session); });
+        EXPECT_EQ(writertest::valuesOf(out, "SaveDesignTables"), std::vector<std::string>{c.value});
+        ASSERT_EQ(EMHManager::entries().size(), c.reported ? 1u : 0u);
+        if (c.reported) {
+            EXPECT_EQ(EMHManager::entries()[0].function, "QELDMToXML::writeHeader");
+            EXPECT_EQ(EMHManager::entries()[0].code, 2103);
+            EXPECT_EQ(EMHManager::entries()[0].detail, "CteQELSES_PROPERTY_IS_DESIGNTABLES_MANAGED_ASKED");
+        }
+        QELSession::freeModel();
+    }
+    // Without a session the question was never asked either.
+    EMHManager::clear();
+    auto out = describe([](QELDMToXML& w) { Access::writeHeader(w, 0, nullptr); });
+    EXPECT_EQ(writertest::valuesOf(out, "SaveDesignTables"), std::vector<std::string>{"1"});
+    EXPECT_EQ(writertest::codesReported(), std::vector<long>{2103});
+}
+
+TEST_F(WriterPrimitivesTest, SingleFilesNeedsAllThreeConditions) {
+    ENVManager::setCatiaVectorialExtensions("pdf;svg;cgm");
+    for (int mask = 0; mask < 8; ++mask) {
+        const bool allSheets = mask & 1, phase1 = mask & 2, drawing = mask & 4;
+        CV5CAAQELSession::getCATIASessionInstance()->setSaveAllSheetsInOneFileValue(allSheets);
+        CV5CAAQELSession::getCATIASessionInstance()->set_is_there_drawing(drawing);
+        PROCManager::setIsPhasePhase1(phase1);
+        auto out = describe([](QELDMToXML& w) { Access::writeHeader(w, 0, nullptr); });
+        const std::vector<std::string> expected =
+            mask == 7 ? std::vector<std::string>{"pdf;svg;cgm"} : std::vector<std::string>{};
+        EXPECT_EQ(writertest::valuesOf(out, "Single_Files"), expected) << "mask " << mask;
+    }
+}
+
+TEST_F(WriterPrimitivesTest, ContextNamesTheActiveDocumentInStateDetails) {
+    CATDocument active("C:\\work\\models/Gearbox.CATProduct");
+    CATDocument bare("Loose.CATPart");
+    CATDocument unnamed("");
+    struct Case {
+        bool stateDetails;
+        CATDocument* document;
+        std::vector<std::string> expected;
+    } cases[] = {
+        {true, &active, {"Gearbox.CATProduct"}},
+        {true, &bare, {"Loose.CATPart"}},
+        {true, &unnamed, {""}},
+        {true, nullptr, {""}},
+        {false, &active, {}},
+    };
+    for (const auto& c : cases) {
+        PROCManager::setIsProcessStateDetails(c.stateDetails);
+        CV5CAAToolsCommon::setActiveCATDocument(c.document);
+        auto out = describe([](QELDMToXML& w) { Access::writeHeader(w, 0, nullptr); });
+        EXPECT_EQ(writertest::valuesOf(out, "Context"), c.expected)
+            << (c.document ? c.document->StorageName().ToLatin1() : std::string("no document"));
+        // Context stands inside Options, before NBElements.
+        if (!c.expected.empty()) {
+            auto at = std::find(out.begin(), out.end(), "<Context>");
+            EXPECT_LT(at, std::find(out.begin(), out.end(), "</Options>"));
+        }
+    }
+}
+
+// ---- flushing and system calls ----------------------------------------------------
+
+TEST_F(WriterPrimitivesTest, UnflushedLinesLeaveWithTheNextFlushedWrite) {
+    const std::string path = tempPath("pending.xml");
+    {
+        QELDMToXML w(path.c_str());
+        Access::write(w, false, "first\n");
+        Access::write(w, false, "second\n");
+        EXPECT_EQ(readBytes(path), "");
+        Access::write(w, true, "third\n");
+        EXPECT_EQ(readBytes(path), "first\r\nsecond\r\nthird\r\n");
+        // Closing writes out what is still pending.
+        Access::write(w, false, "last\n");
+    }
+    EXPECT_EQ(readBytes(path), "first\r\nsecond\r\nthird\r\nlast\r\n");
+    std::remove(path.c_str());
+}
+
+// The write system calls this process made so far, from the kernel's own
+// accounting; -1 when it does not tell.
+long long writeSystemCalls() {
+    FILE* io = std::fopen("/proc/self/io", "r");
+    if (!io) return -1;
+    long long calls = -1;
+    char line[128];
+    while (std::fgets(line, sizeof line, io)) {
+        if (std::sscanf(line, "syscw: %lld", &calls) == 1) break;
+    }
+    std::fclose(io);
+    return calls;
+}
+
+// Counted by the kernel, in a forked child: a child has a single thread, so
+// nothing else writes between the two readings of the counter. Lines longer
+// than any stdio buffer are included, where a plain buffered stream would
+// cut one write into several.
+TEST_F(WriterPrimitivesTest, EachFlushedWriteIsOneWriteSystemCall) {
+    if (writeSystemCalls() < 0) GTEST_SKIP() << "the kernel does not account system calls here";
+
+    struct Write {
+        bool flush;
+        std::string text;
+    };
+    std::vector<Write> plan;
+    for (int i = 0; i < 40; ++i) plan.push_back({true, "<Line_" + std::to_string(i) + ">\n"});
+    plan.push_back({false, "pending one\n"});
+    plan.push_back({false, "pending two\n"});
+    plan.push_back({true, "with the pending lines\n"});
+    for (size_t size : {4095u, 4096u, 8191u, 65535u, 65536u, 65537u, 70000u, 300000u})
+        plan.push_back({true, std::string(size, 'x') + "\n"});
+    std::string expectedBytes;
+    long long expectedCalls = 0;
+    for (const auto& write : plan) {
+        for (char c : write.text) expectedBytes += c == '\n' ? std::string("\r\n") : std::string(1, c);
+        if (write.flush) ++expectedCalls;
+    }
+
+    const std::string path = tempPath("syscalls.xml");
+    int channel[2];
+    ASSERT_EQ(pipe(channel), 0);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        close(channel[0]);
+        long long calls = -1;
+        {
+            QELDMToXML w(path.c_str());
+            const long long before = writeSystemCalls();
+            for (const auto& write : plan) Access::write(w, write.flush, write.text.c_str());
+            const long long after = writeSystemCalls();
+            calls = after - before;
+        }
+        const ssize_t sent = ::write(channel[1], &calls, sizeof calls);
+        _exit(sent == static_cast<ssize_t>(sizeof calls) ? 0 : 1);
+    }
+    close(channel[1]);
+    long long calls = -1;
+    const ssize_t got = read(channel[0], &calls, sizeof calls);
+    close(channel[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_EQ(got, static_cast<ssize_t>(sizeof calls));
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(calls, expectedCalls);
+    EXPECT_EQ(readBytes(path), expectedBytes);
+    std::remove(path.c_str());
+}
+
+// ---- failures of the output ---------------------------------------------------------
+
+TEST_F(WriterPrimitivesTest, AnOutputThatCannotBeOpenedIsReportedOnce) {
+    const std::string directory = tempPath("a_directory");
+    mkdir(directory.c_str(), 0700);
+    struct Case {
+        std::string path;
+        const char* reason;
+    } cases[] = {{tempPath("missing") + "/sub/out.xml", "No such file or directory"},
+                 {directory, "Is a directory"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.path);
+        EMHManager::clear();
+        JNLManager::clear();
+        bool failed = false;
+        {
+            QELDMToXML w(c.path.c_str());
+            Access::writeHeader(w, 1, nullptr);
+            Access::writeBalise(w, "Item_Info", 1);
+            Access::closeFile(w);
+            failed = w.hasFailed();
+        }
+        EXPECT_TRUE(failed);
+        const std::string detail = "fopen: " + c.path + ": " + c.reason;
+        int reported = 0;
+        for (const auto& e : EMHManager::entries()) {
+            if (e.code != 2102) continue;
+            ++reported;
+            EXPECT_EQ(e.function, "QELDMToXML::openFile");
+            EXPECT_EQ(e.detail, detail);
+        }
+        EXPECT_EQ(reported, 1);
+        EXPECT_TRUE(JNLManager::contains(detail));
+    }
+    rmdir(directory.c_str());
+}
+
+TEST_F(WriterPrimitivesTest, AFullDeviceIsReportedOnceAndStopsTheWriting) {
+    if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full";
+    bool failed = false;
+    {
+        QELDMToXML w("/dev/full");
+        EXPECT_FALSE(w.hasFailed());
+        Access::writeHeader(w, 3, nullptr);
+        for (int i = 0; i < 100; ++i) Access::writeBalise(w, "Item_Info", i);
+        failed = w.hasFailed();
+    }
+    EXPECT_TRUE(failed);
+    std::vector<EMHManager::Entry> failures;
+    for (const auto& e : EMHManager::entries())
+        if (e.code == 2102) failures.push_back(e);
+    ASSERT_EQ(failures.size(), 1u);
+    EXPECT_EQ(failures[0].function, "QELDMToXML::writeFormatted");
+    EXPECT_EQ(failures[0].detail, "fflush: /dev/full: No space left on device");
+    EXPECT_TRUE(JNLManager::contains("fflush: /dev/full: No space left on device"));
+}
+
+TEST_F(WriterPrimitivesTest, OpenFileClosesThePreviousOutputAndKeepsTheCounts) {
+    const std::string first = tempPath("first.xml"), second = tempPath("second.xml");
+    int counted = 0;
+    {
+        QELDMToXML w(first.c_str());
+        Access::writeBalise(w, "Item_Info", 1);
+        Access::openFile(w, second.c_str());
+        Access::writeBalise(w, "Item_Info", 2);
+        counted = Access::writtenItems(w);
+    }
+    EXPECT_EQ(linesOf(readBytes(first)), lines({"<Item_Info>", "1", "</Item_Info>"}));
+    EXPECT_EQ(linesOf(readBytes(second)), lines({"<Item_Info>", "2", "</Item_Info>"}));
+    EXPECT_EQ(counted, 2);
+    std::remove(first.c_str());
+    std::remove(second.c_str());
+}
+
+} // namespace

@@ -1,0 +1,285 @@
+#include "QELAnswerSimulator.h"
+
+#include <cstdio>
+
+#include "QELAnswerNames.h"
+
+namespace {
+
+constexpr std::string_view kRevision = "A";
+
+// A value the PDM side can keep: the writer puts "ERROR" where a broken icon
+// has no value.
+bool isKnown(std::string_view value) { return !value.empty() && value != "ERROR"; }
+
+bool isBroken(const QELDescriptionEntry& entry) {
+    if (entry.type == "Unknown") return true;
+    for (const char* name : {"Part_Number", "DST_UID", "ItemRev_UID", "File_Name"})
+        if (entry.value(name) == "ERROR") return true;
+    return false;
+}
+
+// Workspace blocks name no parent and carry no instance name; occurrence
+// blocks do, whichever process wrote them.
+bool isOccurrence(const QELDescriptionEntry& entry) {
+    if (entry.has("InstanceName")) return true;
+    for (const char* name :
+         {"Parent_Part_Number", "Parent_Instance_Name", "Parent_Doc_Name", "Parent_DST_UID", "Parent_ItemRev_UID"})
+        if (isKnown(entry.value(name))) return true;
+    return false;
+}
+
+// The lines of every `element` child of a block, one group per child.
+std::vector<std::vector<std::string_view>> childGroups(const QELDescriptionEntry& entry,
+                                                       const QELDescriptionElement& block, std::string_view element) {
+    const std::string open = "<" + std::string(element) + ">";
+    const std::string close = "</" + std::string(element) + ">";
+    std::vector<std::vector<std::string_view>> groups;
+    for (size_t i = block.begin; i < block.end; ++i) {
+        if (entry.line(i) != open) continue;
+        std::vector<std::string_view>& group = groups.emplace_back();
+        for (++i; i < block.end && entry.line(i) != close; ++i) group.push_back(entry.line(i));
+    }
+    return groups;
+}
+
+} // namespace
+
+bool QELAnswerSimulator::run(const std::string& descriptionPath, const std::string& answerPath, std::string& error,
+                             const Progress& progress) {
+    error.clear();
+    // The count goes ahead of the entries, so a first pass counts them: the
+    // description's own NBElements may not match what it holds.
+    long count = 0;
+    {
+        QELDescriptionScanner counter;
+        if (!counter.open(descriptionPath, error) || !counter.readHeader(error) || !counter.countEntries(count, error)) {
+            _errorLine = counter.errorLine();
+            return false;
+        }
+    }
+    QELDescriptionScanner scanner;
+    if (!scanner.open(descriptionPath, error) || !scanner.readHeader(error)) {
+        _errorLine = scanner.errorLine();
+        return false;
+    }
+    if (!_out.open(answerPath, error)) {
+        _writeFailed = true;
+        return false;
+    }
+
+    writeHeader(scanner, count);
+    QELDescriptionEntry entry;
+    while (scanner.nextEntry(entry, error)) {
+        answerEntry(entry);
+        if ((++_entries & 0x3FF) == 0 && progress) progress(scanner.consumed(), scanner.size());
+    }
+    if (!error.empty()) {
+        _errorLine = scanner.errorLine();
+        // No half answer is left behind for a reader to take.
+        std::string ignored;
+        _out.close(ignored);
+        if (answerPath != "-") std::remove(answerPath.c_str());
+        return false;
+    }
+    _out.closeTag("DESCFILE");
+    if (!_out.close(error)) {
+        error = answerPath + ": " + error;
+        _writeFailed = true;
+        return false;
+    }
+    return true;
+}
+
+void QELAnswerSimulator::writeHeader(const QELDescriptionScanner& scanner, long count) {
+    std::string saveDesignTables = "1";
+    for (const auto& [name, value] : scanner.options())
+        if (name == "SaveDesignTables" && value == "0") saveDesignTables = "0";
+
+    _out.line("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>");
+    _out.openTag("DESCFILE");
+    _out.openTag("Options");
+    _out.leaf("SaveDesignTables", saveDesignTables);
+    _out.leaf("UpdateStatusIcons", "1");
+    _out.leaf("ReloadModifiedDocuments", "0");
+    _out.closeTag("Options");
+    _out.leaf("NBElements", count);
+}
+
+const QELAnswerSimulator::ItemAnswer& QELAnswerSimulator::itemFor(const QELDescriptionEntry& entry) {
+    // One document is one item revision, however many entries show it.
+    std::string key(entry.value("File_Name"));
+    if (key.empty()) key = entry.value("Part_Number");
+    if (key.empty()) key = entry.value("POINTER_ADDRESS");
+    if (key.empty()) key = "#" + std::to_string(entry.openedOn);
+
+    auto [found, inserted] = _items.try_emplace(key);
+    ItemAnswer& item = found->second;
+    if (!inserted) return item;
+
+    item.ordinal = static_cast<long>(_items.size());
+    item.itemId = qelAnswerItemId(item.ordinal);
+    const std::string_view partNumber = entry.value("Part_Number");
+    item.partNumber = partNumber.empty() ? item.itemId : std::string(partNumber);
+    const std::string_view revisionUid = entry.value("ItemRev_UID");
+    item.itemRevUid = isKnown(revisionUid) ? std::string(revisionUid) : qelAnswerUid("IR", item.ordinal, key);
+    const std::string_view datasetUid = entry.value("DST_UID");
+    item.datasetUid = isKnown(datasetUid) ? std::string(datasetUid) : qelAnswerUid("DS", item.ordinal, key);
+    const std::string_view namedRefUid = entry.value("NamedRef_UID");
+    const bool unmodified = entry.value("Modified_Flag") == "0";
+    item.namedRefUid =
+        isKnown(namedRefUid) && unmodified ? std::string(namedRefUid) : qelAnswerUid("NR", item.ordinal, key);
+    if (const std::string_view fileName = entry.value("File_Name"); !fileName.empty())
+        item.fileName = derivedName(item, "", fileName);
+    return item;
+}
+
+std::string QELAnswerSimulator::derivedName(const ItemAnswer& item, const std::string& suffix,
+                                            std::string_view original) {
+    return item.itemId + "_" + std::string(kRevision) + suffix + qelFileExtension(original);
+}
+
+void QELAnswerSimulator::answerEntry(const QELDescriptionEntry& entry) {
+    _out.openTag(entry.type);
+    _out.openTag("Item_Info");
+    // Without a POINTER_ADDRESS the reader places an entry by its parent.
+    if (entry.has("POINTER_ADDRESS")) _out.leaf("POINTER_ADDRESS", entry.value("POINTER_ADDRESS"));
+    else if (entry.has("Parent_ItemRev_UID")) _out.leaf("Parent_ItemRev_UID", entry.value("Parent_ItemRev_UID"));
+
+    if (!isBroken(entry)) {
+        const ItemAnswer& item = itemFor(entry);
+        _secondaryIndex = 0;
+        _shapeIndex = 0;
+        writeOccurrence(entry, item);
+        _out.leaf("Part_Number", item.partNumber);
+        _out.leaf("Item_ID", item.itemId);
+        _out.leaf("ItemRev_ID", kRevision);
+        _out.leaf("ItemRev_UID", item.itemRevUid);
+        writeDataset(entry, item);
+        if (entry.has("Type")) _out.leaf("Type", entry.value("Type"));
+        writeMapping(entry, item);
+        writeSecondaries(entry, item);
+        if (const QELDescriptionElement* shapes = entry.find("Shapes")) writeShapes(entry, *shapes, item);
+        if (const QELDescriptionElement* components = entry.find("Components")) writeShapes(entry, *components, item);
+        _out.leaf("Mask", 0L);
+        const bool renamed = !item.fileName.empty() && item.fileName != entry.value("File_Name");
+        _out.leaf("Update_Flag", renamed ? 1L : 0L);
+        // A negative Check_Action is the writer's "unset".
+        const std::string_view checkAction = entry.value("Check_Action");
+        const bool set = !checkAction.empty() && checkAction.front() != '-';
+        _out.leaf("Check_Action", set ? checkAction : std::string_view("0"));
+    }
+    _out.closeTag("Item_Info");
+    _out.closeTag(entry.type);
+}
+
+void QELAnswerSimulator::writeOccurrence(const QELDescriptionEntry& entry, const ItemAnswer& item) {
+    if (!isOccurrence(entry)) return;
+    const std::string_view described = entry.value("Occ_UID");
+    if (isKnown(described)) {
+        _out.leaf("Occ_UID", described);
+        return;
+    }
+    const std::string key = item.itemId + "/" + std::string(entry.value("Parent_Instance_Name")) + "/" +
+                            std::string(entry.value("InstanceName"));
+    _out.leaf("Occ_UID", qelAnswerUid("OC", ++_occurrences, key));
+    _out.leaf("Occ_CreatedFlag", 1L);
+}
+
+void QELAnswerSimulator::writeDataset(const QELDescriptionEntry& entry, const ItemAnswer& item) {
+    _out.leaf("DST_UID", item.datasetUid);
+    if (entry.has("DST_Version")) {
+        _out.leaf("DST_Version", qelNextVersion(entry.value("DST_Version")));
+        if (entry.has("Date_Last_Modification"))
+            _out.leaf("Date_Last_Modification", entry.value("Date_Last_Modification"));
+    } else {
+        _out.leaf("NamedRef_UID", item.namedRefUid);
+    }
+    if (item.fileName.empty()) return;
+    _out.leaf("File_Name", item.fileName);
+    _out.leaf("Old_File_Name", entry.value("File_Name"));
+}
+
+void QELAnswerSimulator::writeMapping(const QELDescriptionEntry& entry, const ItemAnswer& item) {
+    std::vector<std::string_view> strings; // name, value, name, value, ...
+    if (const QELDescriptionElement* block = entry.find("Mapping_Attribut")) {
+        for (const std::vector<std::string_view>& attribute : childGroups(entry, *block, "Attribut"))
+            strings.push_back(attribute.empty() ? std::string_view() : attribute.front());
+        if (strings.size() % 2 != 0) strings.pop_back();
+    }
+    auto add = [&strings](std::string_view name, std::string_view value) {
+        for (size_t i = 0; i < strings.size(); i += 2)
+            if (strings[i] == name) return;
+        strings.push_back(name);
+        strings.push_back(value);
+    };
+    add("pdm_item_id", item.itemId);
+    add("pdm_revision", kRevision);
+    add("pdm_status", "Working");
+
+    _out.openTag("Mapping_Attribut");
+    _out.leaf("NBElements", static_cast<long>(strings.size()));
+    for (std::string_view text : strings) _out.leaf("Attribut", text);
+    _out.closeTag("Mapping_Attribut");
+}
+
+void QELAnswerSimulator::writeSecondaries(const QELDescriptionEntry& entry, const ItemAnswer& item) {
+    const QELDescriptionElement* block = entry.find("secondaries");
+    if (!block) return;
+    const auto groups = childGroups(entry, *block, "secondary");
+    _out.openTag("secondaries");
+    _out.leaf("NBElements", static_cast<long>(groups.size()));
+    // Described: path, "", part number, dataset UID, named reference UID,
+    // true/false, mask. Answered: path, new file name, dataset UID, part
+    // number, new named reference UID, 1/0, mask.
+    for (std::vector<std::string_view> lines : groups) {
+        lines.resize(7);
+        const std::string index = std::to_string(++_secondaryIndex);
+        const std::string key = item.itemId + "/S" + index + "/" + std::string(lines[0]);
+        _out.openTag("secondary");
+        _out.line(lines[0]);
+        _out.line(derivedName(item, "_S" + index, lines[0]));
+        _out.line(isKnown(lines[3]) ? std::string(lines[3]) : qelAnswerUid("DS", item.ordinal, key));
+        _out.line(lines[2].empty() ? item.partNumber + "-S" + index : std::string(lines[2]));
+        _out.line(qelAnswerUid("NR", item.ordinal, key));
+        _out.line(lines[5] == "true" || lines[5] == "1" ? "1" : "0");
+        _out.line(lines[6].empty() ? std::string_view("0") : lines[6]);
+        _out.closeTag("secondary");
+    }
+    _out.closeTag("secondaries");
+}
+
+void QELAnswerSimulator::writeShapes(const QELDescriptionEntry& entry, const QELDescriptionElement& block,
+                                     const ItemAnswer& item) {
+    const std::string_view name = entry.name(block);
+    _out.openTag(name);
+    std::vector<std::string_view> group;
+    for (size_t i = block.begin; i < block.end; ++i) {
+        if (entry.line(i) != "<SR>") {
+            _out.line(entry.line(i));
+            continue;
+        }
+        group.clear();
+        for (++i; i < block.end && entry.line(i) != "</SR>"; ++i) group.push_back(entry.line(i));
+        writeShapeRepresentation(group, item);
+    }
+    _out.closeTag(name);
+}
+
+void QELAnswerSimulator::writeShapeRepresentation(const std::vector<std::string_view>& described,
+                                                  const ItemAnswer& item) {
+    // Both sides: a blank line, the file name, the shape's name, its dataset
+    // UID, its named reference UID, true/false.
+    std::vector<std::string_view> lines(described);
+    lines.resize(6);
+    const std::string index = std::to_string(++_shapeIndex);
+    const std::string key = item.itemId + "/SR" + index + "/" + std::string(lines[2]);
+    _out.openTag("SR");
+    _out.line("");
+    _out.line(derivedName(item, "_SR" + index, lines[1]));
+    _out.line(lines[2]);
+    _out.line(isKnown(lines[3]) ? std::string(lines[3]) : qelAnswerUid("DS", item.ordinal, key));
+    _out.line(qelAnswerUid("NR", item.ordinal, key));
+    _out.line(lines[5]);
+    _out.closeTag("SR");
+}

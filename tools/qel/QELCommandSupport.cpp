@@ -1,0 +1,121 @@
+#include "QELCommandSupport.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "EMHManager.h"
+#include "QELDMToXML.h"
+#include "QELProgress.h"
+#include "QELSession.h"
+#include "QELSessionFile.h"
+#include "QELXMLToDM.h"
+
+void qelSay(const char* format, ...) {
+    std::fputs("qel: ", stderr);
+    va_list arguments;
+    va_start(arguments, format);
+    std::vfprintf(stderr, format, arguments);
+    va_end(arguments);
+    std::fputc('\n', stderr);
+}
+
+void qelAddProcessOptions(CLI::App& command, QELProcessChoice& choice) {
+    command.add_option("--command", choice.command,
+                       "the running command, overriding the session file (save, save-as, save-selected, import, "
+                       "create-spreadsheet, synchronize-active-shapes, update-status, state-details-update, none)");
+    command.add_option("--process", choice.process,
+                       "the running process, overriding the session file (state-details, state-details-factory, "
+                       "state-details-update, life-cycle-factory, brr-save, checkout, none; several joined by commas)");
+    command.add_option("--phase", choice.phase, "the save phase, overriding the session file (1, 2, none)");
+}
+
+bool qelBuildSession(const std::string& path, const QELProcessChoice& choice) {
+    QELSessionFileError error;
+    bool built = false;
+    {
+        QELProgress progress("building the session of " + path);
+        built = qelLoadSessionFile(path, error);
+    }
+    if (!built) {
+        if (error.line > 0)
+            qelSay("%s:%d:%d: %s", path.c_str(), error.line, error.column, error.message.c_str());
+        else
+            qelSay("%s: %s", path.c_str(), error.message.c_str());
+        return false;
+    }
+    if (choice.command.empty() && choice.process.empty() && choice.phase.empty()) return true;
+    std::string message;
+    if (qelApplyCommand(choice.command, choice.process, choice.phase, message)) return true;
+    qelSay("%s", message.c_str());
+    return false;
+}
+
+QELModelScope::~QELModelScope() { QELSession::freeModel(); }
+
+void qelReportLibraryErrors() {
+    for (const EMHManager::Entry& entry : EMHManager::entries())
+        qelSay("warning: %s: error %ld%s%s", entry.function.c_str(), entry.code, entry.detail.empty() ? "" : ": ",
+               entry.detail.c_str());
+    EMHManager::clear();
+}
+
+bool qelWriteDescription(const std::string& path) {
+    bool failed = false;
+    {
+        QELProgress progress("writing the description " + path);
+        QELDMToXML writer(path.c_str());
+        writer.execute(QELSession::getInstance());
+        failed = writer.hasFailed();
+    }
+    qelReportLibraryErrors();
+    if (failed) qelSay("%s: the description could not be written", path.c_str());
+    return !failed;
+}
+
+bool qelReadAnswer(const std::string& path, bool optionsOnly) {
+    // The reader only journals a file it cannot open; say it here.
+    if (FILE* file = std::fopen(path.c_str(), "rb")) {
+        std::fclose(file);
+    } else {
+        qelSay("%s: %s", path.c_str(), std::strerror(errno));
+        return false;
+    }
+    {
+        QELProgress progress("reading the answer " + path);
+        QELXMLToDM reader(path.c_str());
+        if (optionsOnly) reader.readOptions(QELSession::getInstance());
+        else reader.execute(QELSession::getInstance());
+    }
+    qelReportLibraryErrors();
+    return true;
+}
+
+std::string qelBundledSession() {
+    for (const char* candidate : {QEL_SOURCE_SESSION, QEL_INSTALLED_SESSION}) {
+        std::error_code error;
+        if (std::filesystem::is_regular_file(candidate, error)) return candidate;
+    }
+    return QEL_SOURCE_SESSION;
+}
+
+QELScratchDirectory::QELScratchDirectory() {
+    std::error_code error;
+    std::filesystem::path base = std::filesystem::temp_directory_path(error);
+    if (error) base = "/tmp";
+    std::string pattern = (base / "qel-XXXXXX").string();
+    std::vector<char> buffer(pattern.begin(), pattern.end());
+    buffer.push_back('\0');
+    if (mkdtemp(buffer.data())) _path = buffer.data();
+}
+
+QELScratchDirectory::~QELScratchDirectory() {
+    if (_path.empty()) return;
+    std::error_code error;
+    std::filesystem::remove_all(_path, error);
+}

@@ -1,0 +1,45 @@
+#include "QELProgress.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+bool gEnabled = false;
+constexpr auto kRedrawEvery = std::chrono::milliseconds(100);
+} // namespace
+
+void QELProgress::enable(bool quiet) { gEnabled = !quiet && isatty(STDERR_FILENO); }
+
+QELProgress::QELProgress(std::string stage) : _stage(std::move(stage)), _start(std::chrono::steady_clock::now()) {
+    if (!gEnabled) return;
+    draw();
+    _redrawer = std::thread([this] { redraw(); });
+}
+
+QELProgress::~QELProgress() {
+    if (!_redrawer.joinable()) return;
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _stopping = true;
+    }
+    _stopRequested.notify_one();
+    _redrawer.join();
+    std::fputs("\r\033[K", stderr);
+    std::fflush(stderr);
+}
+
+void QELProgress::redraw() {
+    std::unique_lock<std::mutex> lock(_mutex);
+    while (!_stopRequested.wait_for(lock, kRedrawEvery, [this] { return _stopping; })) draw();
+}
+
+void QELProgress::draw() {
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - _start).count();
+    const long long done = _done.load(std::memory_order_relaxed);
+    const long long total = _total.load(std::memory_order_relaxed);
+    if (total > 0)
+        std::fprintf(stderr, "\r\033[Kqel: %s %3lld%% (%.0f s)", _stage.c_str(), done * 100 / total, seconds);
+    else
+        std::fprintf(stderr, "\r\033[Kqel: %s... (%.0f s)", _stage.c_str(), seconds);
+    std::fflush(stderr);
+}

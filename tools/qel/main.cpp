@@ -1,0 +1,55 @@
+// qel: runs the description / answer cycle of the data model on real files,
+// without the CAD host.
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "JNLManager.h"
+#include "QELCommands.h"
+#include "QELProgress.h"
+
+namespace {
+
+const char* const kFooter = R"(Exit status:
+  0  success
+  1  the work failed: a file could not be written, or check found problems
+  2  bad usage, or an input file that is malformed or cannot be read
+
+Without a subcommand's SESSION, roundtrip runs on the bundled example.
+The journal and the library's errors go to files or to standard error when
+QEL_JOURNAL or QEL_ERRORS names one ("-" for standard error).)";
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);
+    CLI::App app("qel: describe a CAD session for the PDM side, answer it as the PDM side does, and show what "
+                 "the answer changes in the model",
+                 "qel");
+    app.set_version_flag("--version", std::string("qel ") + QEL_VERSION);
+    bool quiet = false;
+    app.add_flag("-q,--quiet", quiet, "no progress line on standard error");
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    // Options of the program itself may also follow the subcommand.
+    app.fallthrough();
+
+    QELRun run;
+    qelAddDescribeCommand(app, run);
+    qelAddAnswerCommand(app, run);
+    qelAddApplyCommands(app, run);
+    qelAddCheckCommand(app, run);
+    qelAddTreeCommand(app, run);
+    qelAddGenerateCommand(app, run);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        const int status = app.exit(error);
+        return status == 0 ? QELExit_Success : QELExit_Usage;
+    }
+    QELProgress::enable(quiet);
+    // The program never reads the journal back: keep little of it in memory.
+    JNLManager::setMaxEntries(4096);
+    return run.work ? run.work() : QELExit_Usage;
+}

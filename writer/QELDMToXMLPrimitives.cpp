@@ -1,0 +1,305 @@
+// XML output primitives and header of the description writer.
+
+#include "QELDMToXML.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstring>
+
+#include "CATDocument.h"
+#include "CV5CAAQELSession.h"
+#include "CV5CAAToolsCommon.h"
+#include "EMHManager.h"
+#include "ENVManager.h"
+#include "JNLManager.h"
+#include "PROCManager.h"
+#include "QELComponent.h"
+#include "QELSession.h"
+#include "UTILFile.h"
+#include "UTILFormat.h"
+
+namespace {
+
+// Large enough for any ordinary line; a longer text takes the direct path of
+// writeOut so that it still costs one system call.
+constexpr size_t kStreamBufferSize = 64 * 1024;
+
+const long kWriteFailed = 2102;
+
+// Appends `format` formatted with `args` to `out`. The first attempt uses the
+// room the string already has, so that the usual short line is formatted once.
+void appendFormatted(std::string& out, const char* format, va_list args) {
+    const size_t start = out.size();
+    size_t room = out.capacity() - start;
+    if (room < 128) room = 128;
+    out.resize(start + room);
+    va_list attempt;
+    va_copy(attempt, args);
+    int n = std::vsnprintf(&out[start], room, format, attempt);
+    va_end(attempt);
+    if (n < 0) {
+        // An encoding error: nothing of this write is kept.
+        out.resize(start);
+        return;
+    }
+    if (static_cast<size_t>(n) >= room) {
+        out.resize(start + static_cast<size_t>(n) + 1);
+        va_list retry;
+        va_copy(retry, args);
+        std::vsnprintf(&out[start], static_cast<size_t>(n) + 1, format, retry);
+        va_end(retry);
+    }
+    out.resize(start + static_cast<size_t>(n));
+}
+
+// Turns every LF from `from` on into CR LF, in place, in one pass from the
+// end: the line end of the description whatever the platform's text mode.
+void expandLineEnds(std::string& text, size_t from) {
+    size_t count = 0;
+    for (size_t i = from; i < text.size(); ++i)
+        if (text[i] == '\n') ++count;
+    if (count == 0) return;
+    size_t read = text.size();
+    text.resize(text.size() + count);
+    size_t write = text.size();
+    while (read > from) {
+        char c = text[--read];
+        text[--write] = c;
+        if (c == '\n') text[--write] = '\r';
+    }
+}
+
+// Hands `text` to the stream and flushes it, in one write system call. The
+// stream's buffer is always empty here (every write is flushed and the
+// unflushed lines wait in the writer's own buffer), so a text longer than
+// that buffer may go to the descriptor directly: stdio would cut it into
+// several writes. Answers the call that failed, or null.
+const char* writeOut(FILE* file, const std::string& text) {
+    if (text.empty()) return nullptr;
+    if (text.size() <= kStreamBufferSize) {
+        if (std::fwrite(text.data(), 1, text.size(), file) != text.size()) return "fwrite";
+        if (std::fflush(file) != 0) return "fflush";
+        return nullptr;
+    }
+    if (std::fflush(file) != 0) return "fflush";
+    const int fd = fileno(file);
+    size_t done = 0;
+    while (done < text.size()) {
+        ssize_t n = ::write(fd, text.data() + done, text.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            if (n == 0) errno = EIO;
+            return "write";
+        }
+        done += static_cast<size_t>(n);
+    }
+    return nullptr;
+}
+
+} // namespace
+
+QELDMToXML::QELDMToXML(const char* path)
+    : _file(nullptr), _declaredElements(0), _writtenItems(0), _failed(false) {
+    openFile(path);
+}
+
+QELDMToXML::~QELDMToXML() {
+    if (_file) closeFile("QELDMToXML::~QELDMToXML");
+}
+
+// Binary mode: the CR LF line ends are written explicitly. A stream still
+// held is closed first rather than leaked; the counters stay, as a caller
+// that points the writer at another file expects. The new path names the
+// file in any later failure report.
+void QELDMToXML::openFile(const char* path) {
+    if (_file) closeFile("QELDMToXML::openFile");
+    _path = path ? path : "";
+    _failed = false;
+    _buffer.clear();
+    if (!path) {
+        errno = EINVAL;
+        reportFailure("QELDMToXML::openFile", "fopen");
+        return;
+    }
+    _file = std::fopen(path, "wb");
+    if (!_file) {
+        reportFailure("QELDMToXML::openFile", "fopen");
+        return;
+    }
+    _streamBuffer.resize(kStreamBufferSize);
+    if (std::setvbuf(_file, &_streamBuffer[0], _IOFBF, _streamBuffer.size()) != 0) {
+        // Still correct with stdio's own buffer, only a long line may then
+        // cost more than one write.
+        JNLManager::writeMsgFormatted("QELDMToXML::openFile: setvbuf: %s: %s", _path.c_str(), std::strerror(errno));
+    }
+}
+
+void QELDMToXML::writeFormatted(bool flush, const char* format, ...) {
+    if (!_file || _failed) return;
+    // Unflushed lines stay at the front of _buffer and leave with the next
+    // flushed write, in the same system call.
+    const size_t start = _buffer.size();
+    va_list args;
+    va_start(args, format);
+    appendFormatted(_buffer, format, args);
+    va_end(args);
+    expandLineEnds(_buffer, start);
+    if (!flush) return;
+    const char* failed = writeOut(_file, _buffer);
+    if (failed) reportFailure("QELDMToXML::writeFormatted", failed);
+    _buffer.clear();
+}
+
+void QELDMToXML::closeFile(const char* function) {
+    if (!_file) return;
+    if (!_failed) {
+        if (const char* failed = writeOut(_file, _buffer)) reportFailure(function, failed);
+    }
+    _buffer.clear();
+    const int closed = std::fclose(_file);
+    _file = nullptr;
+    if (closed != 0) reportFailure(function, "fclose");
+}
+
+// Reads errno first: it must still hold the failing call's reason.
+void QELDMToXML::reportFailure(const char* function, const char* call) {
+    const int reason = errno;
+    if (_failed) return;
+    _failed = true;
+    std::string detail = std::string(call) + ": " + _path + ": " + std::strerror(reason);
+    EMHManager::writeMsg(function, kWriteFailed, detail.c_str());
+    JNLManager::writeMsgFormatted("%s: %s; the rest of the description is not written", function, detail.c_str());
+}
+
+void QELDMToXML::writeOpenBalise(const CATUnicodeString& name) {
+    static const CATUnicodeString itemInfo("Item_Info");
+    writeFormatted(true, "<%s>\n", name.ConvertToChar());
+    // Counted even when the stream failed: the end-of-export check compares
+    // what the traversal opened with what the header announced.
+    if (name == itemInfo) ++_writtenItems;
+}
+
+void QELDMToXML::writeCloseBalise(const CATUnicodeString& name) {
+    writeFormatted(true, "</%s>\n", name.ConvertToChar());
+}
+
+void QELDMToXML::writeValue(int value) { writeFormatted(true, "%d\n", value); }
+
+void QELDMToXML::writeValue(const CATUnicodeString& value) { writeFormatted(true, "%s\n", value.ConvertToChar()); }
+
+void QELDMToXML::writeBalise(const CATUnicodeString& name, const CATUnicodeString& value,
+                             const CATUnicodeString& fallback, unsigned char writeIfEmpty) {
+    if (value.IsNull() && fallback.IsNull() && !writeIfEmpty) return;
+    writeOpenBalise(name);
+    writeValue(value.IsNull() ? fallback : value);
+    writeCloseBalise(name);
+}
+
+void QELDMToXML::writeBalise(const CATUnicodeString& name, int value) {
+    writeOpenBalise(name);
+    writeValue(value);
+    writeCloseBalise(name);
+}
+
+void QELDMToXML::writeBalise(const CATUnicodeString& name, const QELComponent* value) {
+    const unsigned long long handle = value ? value->get_Handle() : 0;
+    writeOpenBalise(name);
+    writeFormatted(true, "%016llX\n", handle);
+    writeCloseBalise(name);
+}
+
+CATUnicodeString QELDMToXML::replaceAll(CATUnicodeString text, const CATUnicodeString& what,
+                                        const CATUnicodeString& by) {
+    text.ReplaceAll(what, by);
+    return text;
+}
+
+// formatDouble gives a point whatever the locale, so no decimal comma can
+// reach the file.
+void QELDMToXML::getMatrixString(const double* matrix, std::string& out) {
+    out.clear();
+    if (!matrix) return;
+    for (int i = 0; i < 12; ++i) {
+        if (i > 0) out += ' ';
+        out += UTILFormat::formatDouble("%.16G", matrix[i]);
+    }
+}
+
+void QELDMToXML::writeHeader(int numberOfElements, QELSession* session) {
+    writeFormatted(true, "%s\n", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>");
+    writeOpenBalise("DESCFILE");
+    writeOpenBalise("Options");
+
+    // The one leaf with two value lines.
+    writeOpenBalise("CATIAEnvironment");
+    writeValue(ENVManager::getCatiaEnvironmentName());
+    writeValue(ENVManager::getCatiaFullVersion());
+    writeCloseBalise("CATIAEnvironment");
+
+    // A question never asked saves the design tables: that is the default.
+    const bool asked = session && session->getBooleanProperty("IsDesignTableManagedAsked");
+    const bool managed = session && session->getBooleanProperty("IsDesignTableManaged");
+    if (!asked)
+        EMHManager::writeMsg("QELDMToXML::writeHeader", 2103, "CteQELSES_PROPERTY_IS_DESIGNTABLES_MANAGED_ASKED");
+    writeBalise("SaveDesignTables", asked && !managed ? "0" : "1", "", 1);
+
+    CV5CAAQELSession* host = CV5CAAQELSession::getCATIASessionInstance();
+    if (host && host->getSaveAllSheetsInOneFileValue() && PROCManager::isPhasePhase1() &&
+        host->get_is_there_drawing())
+        writeBalise("Single_Files", ENVManager::catiaVectorialExtensions(), "", 1);
+
+    if (PROCManager::isProcessStateDetails()) {
+        CATUnicodeString fileName;
+        if (CATDocument* active = CV5CAAToolsCommon::getActiveCATDocument()) {
+            CATUnicodeString directory, name;
+            if (UTILFile::splitPathAndFileName(active->StorageName(), directory, name) == 0) fileName = name;
+        }
+        writeBalise("Context", fileName, "", 1);
+    }
+
+    writeCloseBalise("Options");
+    writeBalise("NBElements", numberOfElements);
+    _declaredElements = numberOfElements;
+}
+
+void QELDMToXML::writeMAJ(QELComponent* component) {
+    if (!component) {
+        JNLManager::writeMsg("QELDMToXML::writeMAJ: ip_component is NULL");
+        return;
+    }
+    writeBalise("MAJ", component->getIntegerProperty("MAJ"));
+}
+
+void QELDMToXML::writeModifiedFlag(QELComponent* component) {
+    if (!component) {
+        JNLManager::writeMsg("QELDMToXML::writeModifiedFlag: ip_component is NULL");
+        return;
+    }
+    writeBalise("Modified_Flag", component->getIntegerProperty("Modified_Flag"));
+}
+
+void QELDMToXML::writeCheckAction(QELComponent* component) {
+    if (!component) {
+        JNLManager::writeMsg("QELDMToXML::writeCheckAction: ip_component is NULL");
+        return;
+    }
+    writeBalise("Check_Action", component->getIntegerProperty("Check_Action"));
+}
+
+void QELDMToXML::writeMatrixAction(QELComponent* component, unsigned char write) {
+    if (!component) {
+        JNLManager::writeMsg("QELDMToXML::writeMatrixAction: ip_component is NULL");
+        return;
+    }
+    if (write) writeBalise("Matrix_Action", component->getIntegerProperty("Matrix_Action"));
+}
+
+void QELDMToXML::writePointerAddress(QELComponent* component) {
+    if (!component) {
+        JNLManager::writeMsg("QELDMToXML::writePointerAddress: ip_component is NULL");
+        return;
+    }
+    writeBalise("POINTER_ADDRESS", component);
+}

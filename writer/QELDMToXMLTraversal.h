@@ -1,0 +1,68 @@
+#ifndef QELDMToXMLTraversal_H
+#define QELDMToXMLTraversal_H
+
+// The occurrence walk shared by the writer's traversals (the ordinary one and
+// the catalog ones) and by the counts that must agree with them.
+
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+#include "JNLManager.h"
+#include "PROCManager.h"
+#include "QELAbsoluteOccurrence.h"
+#include "TYPVector.h"
+
+namespace QELDMToXMLTraversal {
+
+// A node that the description leaves out together with its whole subtree.
+inline bool isLeftOut(const QELComponent* node) {
+    if (!node) return true;
+    if (node->getBooleanProperty("IsAnIgnoreNode")) return true;
+    return PROCManager::manageInvisibleBrokenIcon() && node->getBooleanProperty("IsBrokenIcon");
+}
+
+// Visits the descendants of `top` depth first, each node before its
+// children, the children of a node in the order `children(node)` gives (a
+// new vector or null, freed here). A left-out node is not visited and its
+// subtree not entered.
+//
+// The walk keeps its own stack instead of recursing, so that an assembly of
+// any depth cannot exhaust the call stack. A node met again below itself (a
+// model whose child links loop) is reported and not entered a second time;
+// a node listed twice among siblings is still visited twice.
+template <typename Children, typename Visit>
+void walkDescendants(QELAbsoluteOccurrence* top, Children children, Visit visit) {
+    if (!top) return;
+    struct Level {
+        std::unique_ptr<TYPVectorPQELAbsoluteOccurrence> nodes;
+        int next;
+        const QELAbsoluteOccurrence* owner;
+    };
+    std::vector<Level> stack;
+    std::unordered_set<const QELAbsoluteOccurrence*> onPath;
+    onPath.insert(top);
+    stack.push_back(Level{std::unique_ptr<TYPVectorPQELAbsoluteOccurrence>(children(top)), 0, top});
+    while (!stack.empty()) {
+        Level& level = stack.back();
+        if (!level.nodes || level.next >= level.nodes->size()) {
+            onPath.erase(level.owner);
+            stack.pop_back();
+            continue;
+        }
+        QELAbsoluteOccurrence* node = (*level.nodes)[level.next++];
+        if (isLeftOut(node)) continue;
+        if (onPath.count(node)) {
+            JNLManager::writeMsgFormatted("QELDMToXML: occurrence %s is its own ancestor, not walked again",
+                                          node->get_Name().ConvertToChar());
+            continue;
+        }
+        visit(node);
+        onPath.insert(node);
+        stack.push_back(Level{std::unique_ptr<TYPVectorPQELAbsoluteOccurrence>(children(node)), 0, node});
+    }
+}
+
+} // namespace QELDMToXMLTraversal
+
+#endif
