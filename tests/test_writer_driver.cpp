@@ -299,6 +299,14 @@ TEST_F(WriterDriverTest, UpdateStatusBrokenIconLowersTheCountButIsDescribed) {
         EXPECT_EQ(JNLManager::contains("It is a broken icon, we skip it"), c.factory);
     }
 
+    // No list at all: nothing announced, and the block writer's status is
+    // the result.
+    long result = 0;
+    auto none = describe([&](QELDMToXML& w) { result = w.execute(m.session(), nullptr); });
+    EXPECT_EQ(announced(none), 0);
+    EXPECT_EQ(result, 0x80004005L);
+    EXPECT_EQ(none.back(), "</DESCFILE>");
+
     // Another command announces the documents and writes no block.
     PROCManager::setIsCommandUpdateStatus(false);
     auto out = describe([&](QELDMToXML& w) { w.execute(m.session(), &documents); });

@@ -100,7 +100,7 @@ long QELDMToXML::execute(QELSession* session, TYPVectorPCV5CAAQELDocument* docum
     // The broken icons left out of the count are described all the same; the
     // count check then reports them.
     long result = 0;
-    if (PROCManager::isCommandUpdateStatus() && documents) result = writeDescForUpdateStatus(documents);
+    if (PROCManager::isCommandUpdateStatus()) result = writeDescForUpdateStatus(documents);
 
     finishDescription(function);
     JNLManager::endFunction(function, result);

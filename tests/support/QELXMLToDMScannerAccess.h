@@ -11,17 +11,11 @@
 struct QELXMLToDMScannerAccess {
     // ---- the file
     static int openFile(QELXMLToDM& r) { return r.openFile(); }
-    static int closeFile(QELXMLToDM& r) { return r.closeFile(); }
     static bool isOpen(const QELXMLToDM& r) { return r._file.isOpen(); }
-    static bool readLine(QELXMLToDM& r, std::string& line) { return r.readLine(line); }
     static void moveTo(QELXMLToDM& r, long long start) { r.moveTo(start); }
-    static long long tell(const QELXMLToDM& r) { return r._file.tell(); }
     static long long systemSeeks(const QELXMLToDM& r) { return r._file.systemSeeks(); }
 
     // ---- scanner
-    static bool findSibling(QELXMLToDM& r, const std::string& name, long long start, long long& pos) {
-        return r.findSibling(name, start, pos);
-    }
     static bool getNodePosition(QELXMLToDM& r, const char* name, long long start, long long& pos) {
         return r.getNodePosition(name, start, pos);
     }
@@ -56,11 +50,6 @@ struct QELXMLToDMScannerAccess {
     static void createAbsoluteOccurrence(QELXMLToDM& r, QELAbsoluteOccurrence* occurrence, QELSession* session,
                                          long long& pos, TYPMapCATUnicodeStringPVoid* map) {
         r.createAbsoluteOccurrence(occurrence, session, 0, pos, EnumDocumentType_Part, map);
-    }
-
-    // ---- options
-    static bool getOptions(QELXMLToDM& r, QELSession* session, long long start, long long& pos) {
-        return r.getOptions(session, start, pos);
     }
 };
 

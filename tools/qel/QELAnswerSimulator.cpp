@@ -53,7 +53,9 @@ bool QELAnswerSimulator::run(const std::string& descriptionPath, const std::stri
     long count = 0;
     {
         QELDescriptionScanner counter;
-        if (!counter.open(descriptionPath, error) || !counter.readHeader(error) || !counter.countEntries(count, error)) {
+        const bool counted =
+            counter.open(descriptionPath, error) && counter.readHeader(error) && counter.countEntries(count, error);
+        if (!counted) {
             _errorLine = counter.errorLine();
             return false;
         }
@@ -150,6 +152,7 @@ void QELAnswerSimulator::answerEntry(const QELDescriptionEntry& entry) {
         const ItemAnswer& item = itemFor(entry);
         _secondaryIndex = 0;
         _shapeIndex = 0;
+        _fileIndex = 0;
         writeOccurrence(entry, item);
         _out.leaf("Part_Number", item.partNumber);
         _out.leaf("Item_ID", item.itemId);
@@ -161,6 +164,8 @@ void QELAnswerSimulator::answerEntry(const QELDescriptionEntry& entry) {
         writeSecondaries(entry, item);
         if (const QELDescriptionElement* shapes = entry.find("Shapes")) writeShapes(entry, *shapes, item);
         if (const QELDescriptionElement* components = entry.find("Components")) writeShapes(entry, *components, item);
+        writeExternals(entry, item);
+        writeComposites(entry, item);
         _out.leaf("Mask", 0L);
         const bool renamed = !item.fileName.empty() && item.fileName != entry.value("File_Name");
         _out.leaf("Update_Flag", renamed ? 1L : 0L);
@@ -243,7 +248,8 @@ void QELAnswerSimulator::writeSecondaries(const QELDescriptionEntry& entry, cons
         _out.line(lines[2].empty() ? item.partNumber + "-S" + index : std::string(lines[2]));
         _out.line(qelAnswerUid("NR", item.ordinal, key));
         _out.line(lines[5] == "true" || lines[5] == "1" ? "1" : "0");
-        _out.line(lines[6].empty() ? std::string_view("0") : lines[6]);
+        // A negative mask is the writer's "unset": the PDM side gives a status.
+        _out.line(lines[6].empty() || lines[6].front() == '-' ? std::string_view("0") : lines[6]);
         _out.closeTag("secondary");
     }
     _out.closeTag("secondaries");
@@ -282,4 +288,52 @@ void QELAnswerSimulator::writeShapeRepresentation(const std::vector<std::string_
     _out.line(qelAnswerUid("NR", item.ordinal, key));
     _out.line(lines[5]);
     _out.closeTag("SR");
+}
+
+void QELAnswerSimulator::writeExternals(const QELDescriptionEntry& entry, const ItemAnswer& item) {
+    const QELDescriptionElement* block = entry.find("Externals");
+    if (!block) return;
+    // Described: the old name and an empty line. Answered: old and new name.
+    const auto groups = childGroups(entry, *block, "Attribut");
+    _out.openTag("Externals");
+    _out.leaf("NBElements", static_cast<long>(groups.size()));
+    for (const std::vector<std::string_view>& lines : groups) {
+        const std::string_view old = lines.empty() ? std::string_view() : lines.front();
+        _out.openTag("Attribut");
+        _out.line(old);
+        _out.line(old.empty() ? std::string() : derivedName(item, "_X" + std::to_string(++_fileIndex), old));
+        _out.closeTag("Attribut");
+    }
+    _out.closeTag("Externals");
+}
+
+void QELAnswerSimulator::writeComposites(const QELDescriptionEntry& entry, const ItemAnswer& item) {
+    const QELDescriptionElement* block = entry.find("PartComposites");
+    if (!block) return;
+    // The stacking, plies group and sequence levels are copied; a ply keeps
+    // its name and gets new 3D and 2D representation file names in place of
+    // the described paths and values.
+    _out.openTag("PartComposites");
+    for (size_t i = block->begin; i < block->end; ++i) {
+        if (entry.line(i) != "<Ply>") {
+            _out.line(entry.line(i));
+            continue;
+        }
+        size_t end = i + 1;
+        while (end < block->end && entry.line(end) != "</Ply>") ++end;
+        auto described = [&](size_t offset) {
+            return i + offset < end ? entry.line(i + offset) : std::string_view();
+        };
+        const std::string index = std::to_string(++_fileIndex);
+        _out.openTag("Ply");
+        _out.line(described(1));
+        for (size_t offset : {2u, 3u}) {
+            const std::string_view path = described(offset);
+            _out.line(path.empty() ? std::string()
+                                   : derivedName(item, "_P" + index + (offset == 2 ? "_3D" : "_2D"), path));
+        }
+        _out.closeTag("Ply");
+        i = end;
+    }
+    _out.closeTag("PartComposites");
 }

@@ -30,6 +30,8 @@
 //     (pdm_item_id, pdm_revision, pdm_status);
 //   - secondaries and shape representations echoed in their compact form with
 //     new file names, new named references and the dataset UIDs they lacked;
+//     external files and the composite plies' 3D and 2D representations
+//     renamed the same way;
 //   - Mask 0, Update_Flag 1 when the file is renamed, Check_Action as
 //     described (0 when unset).
 // Broken icons (the "Unknown" wrapper, "ERROR" values) get their
@@ -73,6 +75,8 @@ private:
     // A Shapes or Components block: copied, with every SR group renamed.
     void writeShapes(const QELDescriptionEntry& entry, const QELDescriptionElement& block, const ItemAnswer& item);
     void writeShapeRepresentation(const std::vector<std::string_view>& lines, const ItemAnswer& item);
+    void writeExternals(const QELDescriptionEntry& entry, const ItemAnswer& item);
+    void writeComposites(const QELDescriptionEntry& entry, const ItemAnswer& item);
     // "ITM-000001_A" + suffix + the original's extension.
     static std::string derivedName(const ItemAnswer& item, const std::string& suffix, std::string_view original);
 
@@ -86,6 +90,7 @@ private:
     // same document gets the same names in every entry that shows it.
     int _secondaryIndex = 0;
     int _shapeIndex = 0;
+    int _fileIndex = 0; // external files and ply representations
 };
 
 #endif

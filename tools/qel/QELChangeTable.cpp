@@ -48,7 +48,8 @@ void QELChangeTable::snapshot(const Progress& progress) {
     _records.reserve(components.size() + 1);
     for (size_t i = 0; i < components.size(); ++i) {
         record(components[i]->get_Handle(), *components[i]);
-        if (progress && (i & 0xFFFF) == 0) progress(static_cast<long long>(i), static_cast<long long>(components.size()));
+        if (progress && (i & 0xFFFF) == 0)
+            progress(static_cast<long long>(i), static_cast<long long>(components.size()));
     }
 }
 
@@ -181,6 +182,7 @@ void QELChangeTable::diff(const Row& row, const Progress& progress) const {
                 name = component->get_Name().ConvertToUTF8();
             },
             *component, before, old, row);
-        if (progress && (i & 0xFFFF) == 0) progress(static_cast<long long>(i), static_cast<long long>(components.size()));
+        if (progress && (i & 0xFFFF) == 0)
+            progress(static_cast<long long>(i), static_cast<long long>(components.size()));
     }
 }

@@ -51,7 +51,8 @@ public:
     void line(long number, std::string_view text) {
         _number = number;
         if (number == 1) return declaration(text);
-        if (number == 2 && text != "<DESCFILE>") problem(number, "expected <DESCFILE> on line 2, found " + quoted(text));
+        if (number == 2 && text != "<DESCFILE>")
+            problem(number, "expected <DESCFILE> on line 2, found " + quoted(text));
         // The reader stops at the end of the root: what follows is said once.
         if (_rootClosed) {
             if (!_saidAfterRoot && !isBlank(text))
@@ -85,7 +86,8 @@ public:
 private:
     void problem(long line, std::string message) {
         ++_report.problemCount;
-        if (_report.problems.size() < QELFrameReport::kMaxKept) _report.problems.push_back({line, std::move(message)});
+        if (_report.problems.size() < QELFrameReport::kMaxKept)
+            _report.problems.push_back({line, std::move(message)});
     }
 
     void declaration(std::string_view text) {
@@ -100,11 +102,15 @@ private:
         bool isEntry = false;
         if (depth() == 1 && _stack.front().name == kRoot) {
             if (name == kCount) {
-                if (_countLine != 0) problem(_number, "a second NBElements under <DESCFILE>");
-                else if (_report.entries > 0) problem(_number, "NBElements after the first entry: the reader expects it before");
-                else _countLine = _number + 1;
+                if (_countLine != 0)
+                    problem(_number, "a second NBElements under <DESCFILE>");
+                else if (_report.entries > 0)
+                    problem(_number, "NBElements after the first entry: the reader expects it before them");
+                else
+                    _countLine = _number + 1;
             } else if (name == kOptions) {
-                if (_report.entries > 0) problem(_number, "Options after the first entry: the reader looks before and after NBElements only");
+                if (_report.entries > 0)
+                    problem(_number, "Options after the first entry: the reader looks for it around NBElements only");
             } else {
                 isEntry = true;
                 ++_report.entries;

@@ -15,9 +15,10 @@ const char* const kFooter = R"(Exit status:
   1  the work failed: a file could not be written, or check found problems
   2  bad usage, or an input file that is malformed or cannot be read
 
-Without a subcommand's SESSION, roundtrip runs on the bundled example.
-The journal and the library's errors go to files or to standard error when
-QEL_JOURNAL or QEL_ERRORS names one ("-" for standard error).)";
+roundtrip without SESSION runs on the bundled example, examples/session.json.
+The library's journal and errors also go to a file, or to standard error,
+when QEL_JOURNAL or QEL_ERRORS names one ("-" for standard error).
+Session files, subcommands and the simulated PDM side: docs/qel.md.)";
 
 } // namespace
 

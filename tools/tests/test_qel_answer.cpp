@@ -268,6 +268,25 @@ TEST_F(AnswerSimulatorTest, ShapeGroupsKeepTheirLayoutWithNewNames) {
     EXPECT_EQ(block(0, "Components"), expected);
 }
 
+TEST_F(AnswerSimulatorTest, ExternalFilesAndPliesGetNewNames) {
+    answer(describe({{"CATPart",
+                      join({leaf("POINTER_ADDRESS", "0000000000000001"), leaf("File_Name", "Panel.CATPart"),
+                            {"<Externals>"}, leaf("NBElements", "1"), {"<Attribut>", "spec.pdf", "", "</Attribut>"},
+                            {"</Externals>", "<PartComposites>", "<Stacking>", "Stacking.1", "<Sequence>",
+                             "Sequence.1", "<Ply>", "Ply.1", "/data/Ply.1.3dxml", ""},
+                            leaf("Material", "Carbon"),
+                            {"<COGPosition>", "1", "2", "3", "</COGPosition>", "</Ply>", "</Sequence>", "</Stacking>",
+                             "</PartComposites>"}})}},
+                    1));
+    // The reader takes (old name, new name) per external file, and per ply
+    // its name then the new 3D and 2D names, an empty one left as it is.
+    EXPECT_EQ(block(0, "Externals"), join({leaf("NBElements", "1"),
+                                           {"<Attribut>", "spec.pdf", "ITM-000001_A_X1.pdf", "</Attribut>"}}));
+    EXPECT_EQ(block(0, "PartComposites"),
+              (std::vector<std::string>{"<Stacking>", "Stacking.1", "<Sequence>", "Sequence.1", "<Ply>", "Ply.1",
+                                        "ITM-000001_A_P2_3D.3dxml", "", "</Ply>", "</Sequence>", "</Stacking>"}));
+}
+
 // ---- the frame --------------------------------------------------------------------------
 
 TEST_F(AnswerSimulatorTest, CountIsWhatTheAnswerHoldsAndOptionsComeFirst) {
@@ -277,7 +296,8 @@ TEST_F(AnswerSimulatorTest, CountIsWhatTheAnswerHoldsAndOptionsComeFirst) {
                     5));
     EXPECT_EQ(answered.size(), 2u);
     EXPECT_NE(answerText.find("<NBElements>\r\n2\r\n</NBElements>\r\n<CATPart>"), std::string::npos);
-    EXPECT_EQ(answerText.rfind("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\r\n<DESCFILE>\r\n<Options>\r\n", 0), 0u);
+    const std::string start = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\r\n<DESCFILE>\r\n<Options>\r\n";
+    EXPECT_EQ(answerText.rfind(start, 0), 0u);
     ASSERT_FALSE(options.empty());
     EXPECT_EQ(options.front(), std::make_pair(std::string("SaveDesignTables"), std::string("0")))
         << "the description's choice is handed back";

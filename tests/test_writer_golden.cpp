@@ -1,0 +1,178 @@
+// Golden descriptions: the sample session described for every process and
+// compared byte for byte with the files under tests/data/golden/.
+//
+// After a deliberate change of the description, regenerate them with
+//     QEL_UPDATE_GOLDEN=1 build/release/tests/qeldm_tests --gtest_filter='WriterGolden*'
+// and read the difference (git diff tests/data/golden) before committing it.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+
+#include "CV5CAAQELSession.h"
+#include "CV5CAAQELWorkSpace.h"
+#include "EMHManager.h"
+#include "ENVManager.h"
+#include "JNLManager.h"
+#include "PROCManager.h"
+#include "QELDMToXML.h"
+#include "QELHandleTable.h"
+#include "SampleModel.h"
+#include "UTILString.h"
+
+namespace {
+
+std::string readAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+struct GoldenCase {
+    const char* name;
+    std::function<void(SampleModel&)> settings;
+    // Writes the description of the model to the path.
+    std::function<void(SampleModel&, const std::string&)> write;
+};
+
+void describeSession(SampleModel& m, const std::string& path) {
+    QELDMToXML writer(path.c_str());
+    writer.execute(m.session);
+}
+
+std::vector<GoldenCase> cases() {
+    return {
+        {"save_phase1", [](SampleModel&) { PROCManager::setIsCommandSave(true), PROCManager::setIsPhasePhase1(true); },
+         describeSession},
+        {"save_phase1_flattening",
+         [](SampleModel& m) {
+             PROCManager::setIsCommandSave(true);
+             PROCManager::setIsPhasePhase1(true);
+             m.session->addBooleanProperty("HasFlatteningWorkspace", true);
+         },
+         describeSession},
+        {"save_phase2",
+         [](SampleModel&) {
+             PROCManager::setIsCommandSave(true);
+             PROCManager::setIsPhasePhase2(true);
+             PROCManager::setManageExternalFiles(true);
+         },
+         describeSession},
+        {"synchronize_active_shapes", [](SampleModel&) { PROCManager::setIsCommandSynchronizeActiveShapes(true); },
+         describeSession},
+        {"create_spreadsheet", [](SampleModel&) { PROCManager::setIsCommandCreateSpreadsheet(true); },
+         describeSession},
+        {"import",
+         [](SampleModel&) {
+             PROCManager::setIsCommandImport(true);
+             PROCManager::setManageHideShow(true);
+             PROCManager::setManageScenes(true);
+             ENVManager::setIsSaveHideShowManagedOnImport(true);
+             ENVManager::setIsSaveScenesManagedOnSave(true);
+             ENVManager::setManageOccmappVtproperties(true);
+         },
+         describeSession},
+        {"state_details",
+         [](SampleModel&) {
+             PROCManager::setIsProcessStateDetailsFactory(true);
+             PROCManager::setIsProcessStateDetails(true);
+         },
+         describeSession},
+        {"life_cycle", [](SampleModel&) { PROCManager::setIsProcessLifeCycleFactory(true); }, describeSession},
+        {"brr",
+         [](SampleModel&) {
+             PROCManager::setIsProcessBRRSave(true);
+             PROCManager::setManageFlexibility(true);
+             CV5CAAQELSession::getCATIASessionInstance()->setAsManageFlexibility(1);
+         },
+         describeSession},
+        {"update_status", [](SampleModel&) { PROCManager::setIsCommandUpdateStatus(true); },
+         [](SampleModel& m, const std::string& path) {
+             TYPVectorPCV5CAAQELDocument documents;
+             for (QELDocument* d : {m.gearbox, m.shaft, m.cover}) documents.push_back(static_cast<CV5CAAQELDocument*>(d));
+             QELDMToXML writer(path.c_str());
+             writer.execute(m.session, &documents);
+         }},
+        {"status_window_list", [](SampleModel&) {},
+         [](SampleModel& m, const std::string& path) {
+             TYPVectorPQELItem items;
+             for (QELItem* i : {m.gearboxItem, m.boltItem, m.coverItem}) items.push_back(i);
+             QELDMToXML writer(path.c_str());
+             writer.execute(&items);
+         }},
+        {"catalog_workspace",
+         [](SampleModel& m) {
+             PROCManager::setIsCommandSave(true);
+             PROCManager::setIsPhasePhase1(true);
+             PROCManager::setManageCatalog(true);
+             static_cast<CV5CAAQELWorkSpace*>(m.active)->setWorkSpaceType(8);
+         },
+         describeSession},
+    };
+}
+
+class WriterGolden : public ::testing::TestWithParam<GoldenCase> {
+protected:
+    void SetUp() override {
+        QELSession::freeModel();
+        // Handles and form names then come out the same in every run.
+        ASSERT_TRUE(QELHandleTable::restartNumbering()) << "components of an earlier test are still alive";
+        UTILString::setUuidSeed(UTILString::kDefaultUuidSeed);
+        model = SampleModel::build();
+    }
+    void TearDown() override {
+        QELSession::freeModel();
+        PROCManager::reset();
+        ENVManager::reset();
+        CV5CAAQELSession::reset();
+        JNLManager::clear();
+        EMHManager::clear();
+    }
+    SampleModel model;
+};
+
+TEST_P(WriterGolden, MatchesTheGoldenFileByteForByte) {
+    const GoldenCase& c = GetParam();
+    c.settings(model);
+    std::string written = ::testing::TempDir() + "golden_" + c.name + ".xml";
+    c.write(model, written);
+    std::string golden = std::string(QEL_TEST_DATA_DIR) + "/golden/" + c.name + ".xml";
+    if (std::getenv("QEL_UPDATE_GOLDEN")) {
+        std::ofstream(golden, std::ios::binary) << readAll(written);
+        GTEST_SKIP() << "regenerated " << golden;
+    }
+    std::string expected = readAll(golden);
+    ASSERT_FALSE(expected.empty()) << golden << " is missing; see the top of this file";
+    EXPECT_EQ(readAll(written), expected) << "diff " << written << " " << golden;
+}
+
+TEST_P(WriterGolden, IsWellFormedIso88591WhenNoValueHoldsMarkup) {
+    const GoldenCase& c = GetParam();
+    if (std::string(c.name) == "status_window_list") GTEST_SKIP() << "a list of blocks without a root";
+    c.settings(model);
+    std::string written = ::testing::TempDir() + "wellformed_" + c.name + ".xml";
+    c.write(model, written);
+    xmlDocPtr doc = xmlReadFile(written.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+    ASSERT_NE(doc, nullptr) << written << " is not well-formed";
+    ASSERT_NE(doc->encoding, nullptr);
+    EXPECT_STREQ(reinterpret_cast<const char*>(doc->encoding), "ISO-8859-1");
+    // Latin-1 names come back as the same characters (libxml2 hands out UTF-8).
+    xmlChar* text = xmlNodeGetContent(xmlDocGetRootElement(doc));
+    std::string content = reinterpret_cast<const char*>(text);
+    xmlFree(text);
+    xmlFreeDoc(doc);
+    if (readAll(written).find("Couvercle_\xE9l\xE9ment") != std::string::npos) {
+        EXPECT_NE(content.find("Couvercle_\xC3\xA9l\xC3\xA9ment"), std::string::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryProcess, WriterGolden, ::testing::ValuesIn(cases()),
+                         [](const ::testing::TestParamInfo<GoldenCase>& info) { return std::string(info.param.name); });
+
+} // namespace
