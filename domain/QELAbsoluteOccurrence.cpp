@@ -1,4 +1,5 @@
 #include "QELAbsoluteOccurrence.h"
+#include "QELStatus.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -17,7 +18,7 @@
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 const char* const kSeparator = "+++";
 const char* const kChild = "LINKNAME_CHILD";
 const char* const kParent = "LINKNAME_PARENT";

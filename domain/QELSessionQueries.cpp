@@ -1,4 +1,5 @@
 #include "QELSession.h"
+#include "QELStatus.h"
 
 #include <memory>
 
@@ -13,7 +14,7 @@
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 const int kItemToDocument = 11;
 
 // The first document an item (or any component) holds under link 11.

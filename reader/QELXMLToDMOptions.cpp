@@ -43,6 +43,25 @@ QELDocument* firstDocumentOf(QELItem* item) {
     return child && child->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(child) : nullptr;
 }
 
+// The item and document of an entry's component; false when the entry is
+// skipped (a "COMP" component, a kind without items, a missing item).
+bool findTargets(QELComponent* component, QELItem*& item, QELDocument*& document) {
+    if (component->getStringProperty("Type") == "COMP") return false;
+    if (component->isAbsolute()) {
+        item = static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem();
+        if (item) document = firstDocumentOf(item);
+    } else if (component->isWorkSpace()) {
+        auto* workspace = static_cast<QELWorkSpace*>(component);
+        document = workspace->getLinkedDocument();
+        if (!document) return false;
+        item = workspace->getItem();
+    } else {
+        return false;
+    }
+    if (!item) EMHManager::writeMsg(kReadOptions, kNullObject, "p_item");
+    return item != nullptr;
+}
+
 void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* document,
                      const TYPMapCATUnicodeStringPVoid* map) {
     if (const CATUnicodeString* value = valueOf(map, "Read_ActiveShapes"))
@@ -134,25 +153,12 @@ void QELXMLToDM::readOptions(QELSession* session) {
         const long long entryEnd = pos;
 
         QELComponent* component = complete ? resolvePointer(valueOf(entries, "POINTER_ADDRESS")) : nullptr;
+        QELItem* item = nullptr;
         QELDocument* document = nullptr;
-        if (component && component->getStringProperty("Type") != "COMP") {
-            QELItem* item = nullptr;
-            if (component->isAbsolute()) {
-                item = static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem();
-                if (item) document = firstDocumentOf(item);
-            } else if (component->isWorkSpace()) {
-                auto* workspace = static_cast<QELWorkSpace*>(component);
-                document = workspace->getLinkedDocument();
-                if (document) item = workspace->getItem();
-            }
-            const bool known = component->isAbsolute() || (component->isWorkSpace() && document);
-            if (known && !item) {
-                EMHManager::writeMsg(kReadOptions, kNullObject, "p_item");
-            } else if (item) {
-                if (failed(readAndUpdateItemIdItemRevId(component, item, entries)))
-                    JNLManager::writeMsg("Impossible to read and update the Item/ItemRev");
-                if (document) applyEntryFlags(session, component, document, entries);
-            }
+        if (component && findTargets(component, item, document)) {
+            if (failed(readAndUpdateItemIdItemRevId(component, item, entries)))
+                JNLManager::writeMsg("Impossible to read and update the Item/ItemRev");
+            if (document) applyEntryFlags(session, component, document, entries);
         }
 
         CV5CAAToolsDesc::searchClosingNode(_file, typeName, entryEnd, pos);

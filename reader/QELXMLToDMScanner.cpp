@@ -1,6 +1,7 @@
 // Tag scanner of the answer reader: the answer file itself, and the searches
 // that find an element by name and cut its value, all by file position.
 
+#include "QELStatus.h"
 #include "QELXMLToDM.h"
 
 #include <cstdlib>
@@ -11,7 +12,7 @@
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 const char* const kCount = "NBElements";
 
 enum class Sibling { Found, Absent, EndOfFile };

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 
+#include "QELStatus.h"
 #include "CATUnicodeString.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELDocument.h"
@@ -29,7 +30,7 @@
 
 namespace QELXMLToDMUpdateTools {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 
 // The text an entry map holds under `key`, or null.
 inline const CATUnicodeString* entryValue(const TYPMapCATUnicodeStringPVoid* map, const char* key) {

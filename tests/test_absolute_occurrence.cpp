@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "QELStatus.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,7 +19,7 @@
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 
 std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
 

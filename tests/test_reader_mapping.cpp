@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "QELStatus.h"
+
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@ using namespace reader_test;
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 
 std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
 

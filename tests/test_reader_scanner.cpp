@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "QELStatus.h"
+
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@ using Access = QELXMLToDMScannerAccess;
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 
 // Line numbers in the tests refer to this text.
 const char* const kTree = "<DESCFILE>\n<Parent>\n"     // 0-1

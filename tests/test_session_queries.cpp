@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "QELStatus.h"
+
 #include <memory>
 
 #include "JNLManager.h"
@@ -84,7 +86,7 @@ TEST(SessionQueriesEmpty, NoItemsGiveNoVectorAndNullComponentsFail) {
     EXPECT_EQ(s->getActiveWorkSpace(), nullptr);
     TYPVectorPQELComponent c;
     TYPVectorPQELDocument d;
-    EXPECT_EQ(s->getOrderedLinkedComponents(nullptr, nullptr, c, d), static_cast<long>(0x80004005));
+    EXPECT_EQ(s->getOrderedLinkedComponents(nullptr, nullptr, c, d), QEL_E_FAIL);
     EXPECT_EQ(s->getLinkedComponents(nullptr, "VT_CATIAV5_DWGLINK"), nullptr);
     QELSession::freeModel();
 }

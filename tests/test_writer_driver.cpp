@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "QELStatus.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -304,7 +306,7 @@ TEST_F(WriterDriverTest, UpdateStatusBrokenIconLowersTheCountButIsDescribed) {
     long result = 0;
     auto none = describe([&](QELDMToXML& w) { result = w.execute(m.session(), nullptr); });
     EXPECT_EQ(announced(none), 0);
-    EXPECT_EQ(result, 0x80004005L);
+    EXPECT_EQ(result, QEL_E_FAIL);
     EXPECT_EQ(none.back(), "</DESCFILE>");
 
     // Another command announces the documents and writes no block.
@@ -414,7 +416,7 @@ TEST_F(WriterDriverTest, ConfigurationLines) {
         bareResult = Access::writeConfiguration(w, bare);
         result = Access::writeConfiguration(w, configured);
     });
-    EXPECT_EQ(nullResult, 0x80004005L);
+    EXPECT_EQ(nullResult, QEL_E_FAIL);
     EXPECT_EQ(bareResult, 0);
     EXPECT_EQ(result, 0);
     EXPECT_EQ(out, lines({"<Configuration>", "RevisionRule=Latest Working", "Variant=<Standard>",

@@ -77,9 +77,6 @@ TEST_F(FieldsTest, NullArgumentsAreJournalled) {
          "QELDMToXML::writeParentDocName: ip_parent_file is NULL"},
         {[](QELDMToXML& w) { Access::writeParentInstanceName(w, nullptr, 1); },
          "QELDMToXML::writeParentInstanceName: ip_parent is NULL"},
-        {[](QELDMToXML& w) { Access::writeFileName(w, nullptr, nullptr); }, "QELDMToXML::writeFileName: ip_file is NULL"},
-        {[](QELDMToXML& w) { Access::writeParentComp(w, nullptr, 1); },
-         "QELDMToXML::writeParentComp: ip_component is NULL"},
     };
     for (const auto& c : cases) {
         JNLManager::clear();
@@ -88,61 +85,31 @@ TEST_F(FieldsTest, NullArgumentsAreJournalled) {
     }
 }
 
-TEST_F(FieldsTest, WorkspaceParentsAndInstance) {
+TEST_F(FieldsTest, WorkspaceHasNoParent) {
     auto* ws = QELModelHeap::adopt(new QELWorkSpace());
     ws->addIntegerProperty("FileType", EnumDocumentType_Product);
-    ws->addStringProperty("InstanceName", "Root");
     const Lines lines = written([&](QELDMToXML& w) {
         Access::writeParentItemID(w, nullptr, 0);
         Access::writeParentItemRevID(w, item, 0);
         Access::writeParentComp(w, ws, 0);
         Access::writeParentInstanceName(w, nullptr, 0);
         Access::writeParentDatasetUID(w, nullptr, 0);
-        Access::writeInstanceName(w, ws);
     });
     EXPECT_EQ(lines, (Lines{"<Parent_Item_ID>", "ERROR", "</Parent_Item_ID>", "<Parent_ItemRev_ID>", "ERROR",
-                            "</Parent_ItemRev_ID>", "<Parent_Comp>", "NO", "</Parent_Comp>", "<InstanceName>",
-                            "Root", "</InstanceName>"}));
+                            "</Parent_ItemRev_ID>", "<Parent_Comp>", "NO", "</Parent_Comp>"}));
     EXPECT_TRUE(JNLManager::entries().empty());
 
-    // A catalog's workspace has neither.
+    // A catalog's workspace is no instance and has no Parent_Comp.
     ws->addIntegerProperty("FileType", EnumDocumentType_Catalog);
+    ws->addStringProperty("InstanceName", "Root");
     EXPECT_TRUE(written([&](QELDMToXML& w) {
                     Access::writeParentComp(w, ws, 0);
                     Access::writeInstanceName(w, ws);
                 }).empty());
-    ws->addIntegerProperty("FileType", EnumDocumentType_Product);
-    ws->addBooleanProperty("IsCompCatalog", true);
-    EXPECT_TRUE(written([&](QELDMToXML& w) { Access::writeInstanceName(w, ws); }).empty());
 
     // An occurrence's Parent_Comp is always written, "NO" when it has none.
     EXPECT_EQ(written([&](QELDMToXML& w) { Access::writeParentComp(w, component, 1); }),
               leafLines("Parent_Comp", "NO"));
-    component->addStringProperty("Parent_Comp", "Flange/Seal");
-    EXPECT_EQ(written([&](QELDMToXML& w) { Access::writeParentComp(w, component, 1); }),
-              leafLines("Parent_Comp", "Flange/Seal"));
-}
-
-TEST_F(FieldsTest, MaskSelectionAndFullPath) {
-    Lines lines = written([&](QELDMToXML& w) {
-        Access::writeMask(w, component);
-        Access::writeIsDocSelected(w, document);
-    });
-    EXPECT_EQ(lines, (Lines{"<IsDocSelected>", "0", "</IsDocSelected>"}));
-    EXPECT_TRUE(JNLManager::contains("mask property not set"));
-
-    component->addIntegerProperty("Mask", 0);
-    document->addBooleanProperty("IsDocSelected", true);
-    lines = written([&](QELDMToXML& w) {
-        Access::writeMask(w, component);
-        Access::writeIsDocSelected(w, document);
-    });
-    EXPECT_EQ(lines, (Lines{"<Mask>", "0", "</Mask>", "<IsDocSelected>", "1", "</IsDocSelected>"}));
-
-    file->addStringProperty("fullPathName", "/data/Bolt.CATPart");
-    PROCManager::setIsProcessStateDetailsFactory(true);
-    EXPECT_EQ(written([&](QELDMToXML& w) { Access::writeFileName(w, file, component); }),
-              leafLines("File_Name", "/data/Bolt.CATPart"));
 }
 
 TEST_F(FieldsTest, TypeJoinsCatalogKindAndComponentType) {

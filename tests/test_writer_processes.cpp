@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "QELStatus.h"
 #include "QELDMToXMLDocumentsAccess.h"
 
 using namespace documents_test;
@@ -13,7 +14,7 @@ using Access = QELDMToXMLDocumentsAccess;
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 
 class ProcessesTest : public DocumentsTest {};
 
@@ -238,16 +239,6 @@ TEST_F(ProcessesTest, FlatteningTakesAnUnmodifiedOccurrencesStateFromElsewhere) 
         QELSession::freeModel();
         resetAll();
     }
-}
-
-TEST_F(ProcessesTest, WithoutFlatteningAnUnmodifiedOccurrenceHasNoMapping) {
-    ProcessModel m = ProcessModel::build();
-    save1();
-    m.part->addIntegerProperty("Modified_Flag", -1);
-    const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part, nullptr, 0); });
-    EXPECT_EQ(valueOf(lines, "Modified_Flag"), "-1");
-    EXPECT_EQ(countOf(lines, "<Mapping_Attribut>"), 0);
-    EXPECT_FALSE(m.partDoc->getBooleanProperty("IsAlreadyWritten"));
 }
 
 TEST_F(ProcessesTest, UpdateStatusGoesOnWithoutAFileAndStopsWithoutAnItem) {

@@ -1,6 +1,7 @@
 // Export driver of the description writer: the entries, the ordinary
 // workspace traversal and its count, and the document lists.
 
+#include "QELStatus.h"
 #include "QELDMToXML.h"
 
 #include <memory>
@@ -30,7 +31,7 @@ using QELDMToXMLTraversal::isLeftOut;
 namespace {
 
 const int kCatalogWorkSpace = 8;
-const long kFailure = 0x80004005L;
+const long kFailure = QEL_E_FAIL;
 
 unsigned char flatteningOf(const QELSession* session) {
     return session && session->hasFlatteningWorkspace() ? 1 : 0;

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "QELStatus.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
 #include "EMHManager.h"
@@ -31,7 +32,7 @@ using QELDMToXMLLookups::isBroken;
 
 namespace {
 
-const long kFail = 0x80004005L;
+const long kFail = QEL_E_FAIL;
 const char* const kItemInfo = "Item_Info";
 
 bool isSaveCommand() {

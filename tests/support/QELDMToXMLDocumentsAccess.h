@@ -64,8 +64,6 @@ struct QELDMToXMLDocumentsAccess {
     static void writeParentItemID(QELDMToXML& w, QELItem* i, unsigned char a) { w.writeParentItemID(i, a); }
     static void writeParentItemRevID(QELDMToXML& w, QELItem* i, unsigned char a) { w.writeParentItemRevID(i, a); }
     static void writeParentComp(QELDMToXML& w, QELComponent* c, unsigned char a) { w.writeParentComp(c, a); }
-    static void writeMask(QELDMToXML& w, QELComponent* c) { w.writeMask(c); }
-    static void writeIsDocSelected(QELDMToXML& w, QELDocument* d) { w.writeIsDocSelected(d); }
     static void writeType(QELDMToXML& w, QELComponent* c, QELDocument* d) { w.writeType(c, d); }
 
     // Lists.

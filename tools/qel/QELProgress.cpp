@@ -37,9 +37,14 @@ void QELProgress::draw() {
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - _start).count();
     const long long done = _done.load(std::memory_order_relaxed);
     const long long total = _total.load(std::memory_order_relaxed);
+    char line[512];
     if (total > 0)
-        std::fprintf(stderr, "\r\033[Kqel: %s %3lld%% (%.0f s)", _stage.c_str(), done * 100 / total, seconds);
+        std::snprintf(line, sizeof line, "qel: %s %3lld%% (%.0f s)", _stage.c_str(), done * 100 / total, seconds);
     else
-        std::fprintf(stderr, "\r\033[Kqel: %s... (%.0f s)", _stage.c_str(), seconds);
+        std::snprintf(line, sizeof line, "qel: %s... (%.0f s)", _stage.c_str(), seconds);
+    // A slow terminal is not sent the same line again and again.
+    if (_shown == line) return;
+    _shown = line;
+    std::fprintf(stderr, "\r\033[K%s", line);
     std::fflush(stderr);
 }

@@ -39,6 +39,7 @@ private:
     void draw();
 
     std::string _stage;
+    std::string _shown; // the line on the terminal, drawn by one thread at a time
     std::chrono::steady_clock::time_point _start;
     std::atomic<long long> _done{0};
     std::atomic<long long> _total{0};

@@ -186,7 +186,7 @@ private:
         _out += "\"settings\": {\n"
                 " \"command\": \"save\", \"process\": \"none\", \"phase\": \"1\",\n"
                 " \"manage\": {\"manageCATIAIcons\": true, \"manageExternalFiles\": true},\n"
-                " \"environment\": {\"catiaEnvironmentName\": \"Synthetic\", \"catiaFullVersion\": \"V5-6R2024 SP2\","
+                " \"environment\": {\"catiaEnvironmentName\": \"Synthetic\", \"catiaFullVersion\": \"24.2 SP2\","
                 " \"tempDirectory\": \"/tmp/qel/\", \"filesDirectory\": \"/tmp/qel/files/\", \"oemPrefix\": \"VT\"},\n"
                 " \"properties\": {\"IsDesignTableManagedAsked\": true, \"IsDesignTableManaged\": true}\n"
                 "},\n";

@@ -516,7 +516,7 @@ TEST_F(ExampleSessionTest, DocumentsCarryFilesHostAnswersAndRelations) {
     static_cast<CV5CAAQELDocument*>(session->getDocument("Bolt.CATPart"))->getExternalFileDocuments(externals);
     ASSERT_NE(externals, nullptr);
     ASSERT_EQ(externals->size(), 1);
-    EXPECT_EQ((*externals)[0]->get_Secondary(), session->getDocument("Bolt_M8_spec.pdf"));
+    EXPECT_EQ((*externals)[0]->get_Secondary(), session->getDocument("Bolt_M8_datasheet.pdf"));
 }
 
 TEST_F(ExampleSessionTest, WorkspacesCarryRootConfigurationAndOrder) {
