@@ -271,7 +271,7 @@ TEST_F(AnswerSimulatorTest, ShapeGroupsKeepTheirLayoutWithNewNames) {
 TEST_F(AnswerSimulatorTest, ExternalFilesAndPliesGetNewNames) {
     answer(describe({{"CATPart",
                       join({leaf("POINTER_ADDRESS", "0000000000000001"), leaf("File_Name", "Panel.CATPart"),
-                            {"<Externals>"}, leaf("NBElements", "1"), {"<Attribut>", "spec.pdf", "", "</Attribut>"},
+                            {"<Externals>"}, leaf("NBElements", "1"), {"<Attribut>", "datasheet.pdf", "", "</Attribut>"},
                             {"</Externals>", "<PartComposites>", "<Stacking>", "Stacking.1", "<Sequence>",
                              "Sequence.1", "<Ply>", "Ply.1", "/data/Ply.1.3dxml", ""},
                             leaf("Material", "Carbon"),
@@ -281,7 +281,7 @@ TEST_F(AnswerSimulatorTest, ExternalFilesAndPliesGetNewNames) {
     // The reader takes (old name, new name) per external file, and per ply
     // its name then the new 3D and 2D names, an empty one left as it is.
     EXPECT_EQ(block(0, "Externals"), join({leaf("NBElements", "1"),
-                                           {"<Attribut>", "spec.pdf", "ITM-000001_A_X1.pdf", "</Attribut>"}}));
+                                           {"<Attribut>", "datasheet.pdf", "ITM-000001_A_X1.pdf", "</Attribut>"}}));
     EXPECT_EQ(block(0, "PartComposites"),
               (std::vector<std::string>{"<Stacking>", "Stacking.1", "<Sequence>", "Sequence.1", "<Ply>", "Ply.1",
                                         "ITM-000001_A_P2_3D.3dxml", "", "</Ply>", "</Sequence>", "</Stacking>"}));
