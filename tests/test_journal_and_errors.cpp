@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <unistd.h>
 
+#include "ScratchDir.h"
 #include "EMHManager.h"
 #include "JNLManager.h"
 
@@ -20,7 +21,7 @@ std::string readWholeFile(const std::string& path) {
 }
 
 std::string tempPath(const char* stem) {
-    return ::testing::TempDir() + stem + std::to_string(::getpid());
+    return qeltest::scratchDir() + stem + std::to_string(::getpid());
 }
 
 // Sets an environment variable for one test and puts back what was there.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "CV5CAAToolsDesc.h"
 #include "ReaderAnswerSupport.h"
 #include "UTILLineFile.h"
@@ -85,7 +86,7 @@ TEST(UTILLineFile, PositionsOutsideTheFileAreRefused) {
     std::string line;
     EXPECT_FALSE(file.seek(0)) << "closed";
     EXPECT_FALSE(file.readLine(line));
-    EXPECT_EQ(-1, file.open((::testing::TempDir() + "no_such_answer.txt").c_str()));
+    EXPECT_EQ(-1, file.open((qeltest::scratchDir() + "no_such_answer.txt").c_str()));
     openText(file, "ab\ncd\n");
     EXPECT_EQ(0, file.open("/any/other/path")) << "an open file stays open";
     EXPECT_FALSE(file.seek(-1));

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "CATDocument.h"
 #include "QELXMLToDMScannerAccess.h"
 #include "ReaderAnswerSupport.h"
@@ -312,7 +313,7 @@ TEST_F(ReaderDriver, BadAnswersEndWithAJournalLineOrDoNothing) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         JNLManager::clear();
-        const std::string path = c.text == "-" ? ::testing::TempDir() + "no_such_answer.xml"
+        const std::string path = c.text == "-" ? qeltest::scratchDir() + "no_such_answer.xml"
                                                : writeAnswer("bad_answer.xml", c.text, c.crlf);
         const auto begin = std::chrono::steady_clock::now();
         QELXMLToDM reader(path.c_str());

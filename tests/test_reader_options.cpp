@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string>
 
+#include "ScratchDir.h"
 #include "QELXMLToDMScannerAccess.h"
 #include "ReaderAnswerSupport.h"
 
@@ -118,7 +119,7 @@ TEST_F(ReaderOptions, FailuresAreReportedAndStopOrSkipAsTheyShould) {
         model.partDocument->addIntegerProperty("Update_Flag", -1);
         model.occurrence->addStringProperty("Type", std::string(c.name) == "component typed COMP" ? "COMP" : "");
         if (c.text == "-") {
-            QELXMLToDM missing((::testing::TempDir() + "no_such_answer.xml").c_str());
+            QELXMLToDM missing((qeltest::scratchDir() + "no_such_answer.xml").c_str());
             missing.readOptions(model.session);
         } else {
             read(c.text);

@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "UTILFile.h"
 #include "UTILString.h"
 
@@ -27,7 +28,7 @@ std::vector<std::string> piecesOf(const char* text, const char* separator) {
 class ScratchFile {
 public:
     explicit ScratchFile(const std::string& bytes) {
-        path_ = ::testing::TempDir() + "qel_util_" + std::to_string(::getpid()) + "_" +
+        path_ = qeltest::scratchDir() + "qel_util_" + std::to_string(::getpid()) + "_" +
                 std::to_string(counter_++);
         FILE* out = std::fopen(path_.c_str(), "wb");
         if (out) {

@@ -14,6 +14,7 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include "ScratchDir.h"
 #include "CV5CAAQELSession.h"
 #include "CV5CAAQELWorkSpace.h"
 #include "EMHManager.h"
@@ -140,7 +141,7 @@ protected:
 TEST_P(WriterGolden, MatchesTheGoldenFileByteForByte) {
     const GoldenCase& c = GetParam();
     c.settings(model);
-    std::string written = ::testing::TempDir() + "golden_" + c.name + ".xml";
+    std::string written = qeltest::scratchDir() + "golden_" + c.name + ".xml";
     c.write(model, written);
     std::string golden = std::string(QEL_TEST_DATA_DIR) + "/golden/" + c.name + ".xml";
     if (std::getenv("QEL_UPDATE_GOLDEN")) {
@@ -156,7 +157,7 @@ TEST_P(WriterGolden, IsWellFormedIso88591WhenNoValueHoldsMarkup) {
     const GoldenCase& c = GetParam();
     if (std::string(c.name) == "status_window_list") GTEST_SKIP() << "a list of blocks without a root";
     c.settings(model);
-    std::string written = ::testing::TempDir() + "wellformed_" + c.name + ".xml";
+    std::string written = qeltest::scratchDir() + "wellformed_" + c.name + ".xml";
     c.write(model, written);
     xmlDocPtr doc = xmlReadFile(written.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     ASSERT_NE(doc, nullptr) << written << " is not well-formed";

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "CV5CAAQELSession.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
@@ -98,7 +99,7 @@ inline Lines L(const std::string& text) {
 // Fails the test when a line does not end with CR LF.
 inline Lines written(const std::function<void(QELDMToXML&)>& call) {
     static int run = 0;
-    const std::string path = ::testing::TempDir() + "qel_assembly_" + std::to_string(++run) + ".xml";
+    const std::string path = qeltest::scratchDir() + "qel_assembly_" + std::to_string(++run) + ".xml";
     {
         QELDMToXML writer(path.c_str());
         call(writer);

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELAbsoluteView.h"
 #include "CV5CAAQELDocument.h"
@@ -117,7 +118,7 @@ protected:
 // without their line ends. Fails the test if a line does not end with CR LF.
 inline Lines written(const std::function<void(QELDMToXML&)>& call) {
     static int run = 0;
-    const std::string path = ::testing::TempDir() + "qel_documents_" + std::to_string(++run) + ".xml";
+    const std::string path = qeltest::scratchDir() + "qel_documents_" + std::to_string(++run) + ".xml";
     {
         QELDMToXML writer(path.c_str());
         call(writer);

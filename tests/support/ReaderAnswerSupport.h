@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "ScratchDir.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
@@ -41,7 +42,7 @@ inline std::string withLineEnds(const std::string& text, bool crlf) {
 // Writes `text` (lines ended by "\n") into the test's temporary directory,
 // with CR LF line ends when asked, and answers the path.
 inline std::string writeAnswer(const std::string& name, const std::string& text, bool crlf = false) {
-    const std::string path = ::testing::TempDir() + name;
+    const std::string path = qeltest::scratchDir() + name;
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out << withLineEnds(text, crlf);
     return path;

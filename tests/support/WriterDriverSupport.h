@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
 #include "CV5CAAQELSession.h"
@@ -39,7 +40,7 @@ inline std::string tempPath(const std::string& name) {
     std::string unique = info ? std::string(info->test_suite_name()) + "_" + info->name() : std::string("writer");
     for (char& c : unique)
         if (c == '/') c = '_';
-    return ::testing::TempDir() + unique + "_" + name;
+    return qeltest::scratchDir() + unique + "_" + name;
 }
 
 inline std::string readBytes(const std::string& path) {
