@@ -336,6 +336,14 @@ TEST_F(FieldsTest, LinkedDocsFollowTheDocumentType) {
     CV5CAAQELDocument* product = makeDocument(item, "Bolt.CATProduct", EnumDocumentType_Product);
     EXPECT_TRUE(written([&](QELDMToXML& w) { Access::writeLinkedDocuments(w, component, product, 1); }).empty());
     EXPECT_TRUE(JNLManager::contains("no linked doc to write"));
+
+    // A resolved context gives a part without that flag a list all the same,
+    // with the assemblies it is used in and no links of its own.
+    document->addBooleanProperty("LinkedDocsFromDATFile", false);
+    component->addStringProperty("resolvedcontextid", "CTX-1");
+    const Lines inContext = written([&](QELDMToXML& w) { Access::writeLinkedDocuments(w, component, document, 0); });
+    EXPECT_EQ(valuesOf(inContext, "NBElements"), (Lines{"3"}));
+    EXPECT_EQ(valuesOf(inContext, "Attribut"), (Lines{"RACK", "Frame", "CTX-1"}));
 }
 
 TEST_F(FieldsTest, SheetsOfADrawing) {

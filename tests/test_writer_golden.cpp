@@ -63,6 +63,14 @@ std::vector<GoldenCase> cases() {
              PROCManager::setIsCommandSave(true);
              PROCManager::setIsPhasePhase2(true);
              PROCManager::setManageExternalFiles(true);
+             // Every part of the phase-2 block turned on.
+             PROCManager::setManageFlexibility(true);
+             PROCManager::setManageHideShow(true);
+             PROCManager::setManageScenes(true);
+             ENVManager::setIsSaveScenesManagedOnSave(true);
+             ENVManager::setManageOccmappVtproperties(true);
+             CV5CAAQELSession::getCATIASessionInstance()->setAsManageFlexibility(1);
+             CV5CAAQELSession::getCATIASessionInstance()->setAsManageHideShow(1);
          },
          describeSession},
         {"synchronize_active_shapes", [](SampleModel&) { PROCManager::setIsCommandSynchronizeActiveShapes(true); },
@@ -113,6 +121,7 @@ std::vector<GoldenCase> cases() {
              PROCManager::setIsPhasePhase1(true);
              PROCManager::setManageCatalog(true);
              static_cast<CV5CAAQELWorkSpace*>(m.active)->setWorkSpaceType(8);
+             m.active->addIntegerProperty("FileType", 8);
          },
          describeSession},
     };
@@ -126,6 +135,8 @@ protected:
         ASSERT_TRUE(QELHandleTable::restartNumbering()) << "components of an earlier test are still alive";
         UTILString::setUuidSeed(UTILString::kDefaultUuidSeed);
         model = SampleModel::build();
+        // The sample's OEM description is named for this prefix.
+        ENVManager::setOemPrefix("VT");
     }
     void TearDown() override {
         QELSession::freeModel();
@@ -151,6 +162,27 @@ TEST_P(WriterGolden, MatchesTheGoldenFileByteForByte) {
     std::string expected = readAll(golden);
     ASSERT_FALSE(expected.empty()) << golden << " is missing; see the top of this file";
     EXPECT_EQ(readAll(written), expected) << "diff " << written << " " << golden;
+}
+
+// The sample is consistent: every description announces exactly the blocks it
+// holds, and no count mismatch is reported.
+TEST_P(WriterGolden, AnnouncesTheBlocksItHolds) {
+    const GoldenCase& c = GetParam();
+    if (std::string(c.name) == "status_window_list") GTEST_SKIP() << "no header, no count";
+    c.settings(model);
+    std::string written = qeltest::scratchDir() + "count_" + c.name + ".xml";
+    c.write(model, written);
+    const std::string text = readAll(written);
+    const std::string header = "</Options>\r\n<NBElements>\r\n";
+    const size_t at = text.find(header);
+    ASSERT_NE(at, std::string::npos);
+    const int announced = std::atoi(text.c_str() + at + header.size());
+    int blocks = 0;
+    for (size_t p = text.find("\n<Item_Info>\r\n"); p != std::string::npos; p = text.find("\n<Item_Info>\r\n", p + 1))
+        ++blocks;
+    EXPECT_GT(blocks, 0);
+    EXPECT_EQ(announced, blocks);
+    for (const EMHManager::Entry& entry : EMHManager::entries()) EXPECT_NE(entry.code, 2104) << entry.function;
 }
 
 TEST_P(WriterGolden, IsWellFormedIso88591WhenNoValueHoldsMarkup) {

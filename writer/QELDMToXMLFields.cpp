@@ -470,13 +470,18 @@ void QELDMToXML::writeLinkedDocuments(QELComponent* component, QELDocument* docu
         names.push_back("CATIA_analysis_Link_type");
     } else if ((type == EnumDocumentType_Product || type == EnumDocumentType_Part) && fromDatFile) {
         names.push_back("VT_CATIAV5_MML");
-        // Parts also list the assemblies they are used in, products the
-        // flattened structure.
-        names.push_back(type == EnumDocumentType_Part ? "VT_CATIAV5_MMLASSY" : "CATIA_flattening_link_type");
+        // A product read from a DAT file also lists its flattened structure.
+        if (type == EnumDocumentType_Product) names.push_back("CATIA_flattening_link_type");
     } else if (type == EnumDocumentType_Product) {
         names.push_back("CATIA_flattening_link_type");
     }
-    writeLinkedDocumentList(document, names, component->getStringProperty("resolvedcontextid"), withUuid);
+    const CATUnicodeString context = component->getStringProperty("resolvedcontextid");
+    // With neither a link type of its own nor a resolved context, the
+    // document has nothing to list.
+    if (names.empty() && context.IsNull()) return;
+    // A part always lists the assemblies it is used in, whatever else it has.
+    if (type == EnumDocumentType_Part) names.push_back("VT_CATIAV5_MMLASSY");
+    writeLinkedDocumentList(document, names, context, withUuid);
 }
 
 // A spreadsheet lists every document the row's document points to, whatever

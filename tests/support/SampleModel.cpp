@@ -1,5 +1,7 @@
 #include "SampleModel.h"
 
+#include <string>
+
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELAbsoluteView.h"
 #include "CV5CAAQELDocument.h"
@@ -44,6 +46,7 @@ QELDocument* document(QELItem* owner, EnumDocumentType type, const char* fileNam
     doc->linkItem("LINKNAME_PARENT", owner);
     QELFile* file = doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName);
     file->addStringProperty("File_Name", fileName);
+    file->addStringProperty("fullPathName", CATUnicodeString("/data/work/") + fileName);
     auto* host = static_cast<CV5CAAQELItem*>(owner);
     host->setItemDefaultDocument(doc);
     doc->setDefaultItem(owner);
@@ -103,7 +106,8 @@ QELAbsoluteOccurrence* occurrence(QELWorkSpace* ws, QELComponent* parent, QELIte
     }
     relative->addAbsoluteOccurrence(occ);
     occ->linkRelativeOccurrence(relative);
-    const double placement[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 10.0 * index, 2.5, -0.125, 1};
+    // Rotation rows, then the translation; the last four are not used.
+    const double placement[16] = {1, 0, 0, 0, 1, 0, 0, 0, 1, 10.0 * index, 2.5, -0.125, 0, 0, 0, 1};
     relative->addMatrixProperty("RelativeMatrix", placement);
     return occ;
 }
@@ -131,14 +135,16 @@ QELDocument* designTable(SampleModel& m, const char* name, const char* fileName,
 // A view of `occ` as seen from `context`, with its own placement.
 void view(QELAbsoluteOccurrence* occ, QELItem* context, double offset) {
     CATUnicodeString signature;
-    if (occ->buildAbsoluteViewSignature(context, signature) != 0) return;
+    // A split "Parent_Comp" answers the number of its pieces: only a negative
+    // status is a failure.
+    if (occ->buildAbsoluteViewSignature(context, signature) < 0) return;
     auto* v = QELModelHeap::adopt(new CV5CAAQELAbsoluteView(signature));
     v->setVisible(offset < 100);
     v->setHide(offset >= 100);
     v->linkItem(context);
     context->linkAbsoluteView(v);
     occ->linkAbsoluteView(v);
-    const double matrix[16] = {0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, offset, 1.0 / 3.0, 1e-7, 1};
+    const double matrix[16] = {0, -1, 0, 1, 0, 0, 0, 0, 1, offset, 1.0 / 3.0, 1e-7, 0, 0, 0, 1};
     v->addMatrixProperty("AbsoluteMatrix", matrix);
     v->addBooleanProperty("IsVisible", offset < 100);
 }
@@ -149,9 +155,13 @@ void addHostAnswers(SampleModel& m) {
     m.session->addBooleanProperty("IsDesignTableManagedAsked", true);
     m.session->addBooleanProperty("IsDesignTableManaged", true);
 
-    // Mapping attributes, the OEM ones with a description long enough to be cut.
+    // Mapping attributes, with an OEM description (prefix "VT") long enough to
+    // be cut before the separator that straddles the 255th character.
     m.shaft->addDynamicProperty("Mapping_Attribut", "PartNumber", "SHF-010", false);
     m.shaft->addDynamicProperty("Mapping_Attribut", "Nomenclature", "Arbre \xE9tag\xE9", false);
+    m.shaft->addDynamicProperty("Mapping_Attribut", "VT_description",
+                                CATUnicodeString((std::string(254, 'd') + "@=@" + std::string(40, 'e')).c_str()),
+                                false);
     m.gearbox->addDynamicProperty("OEM_Mapping_Attribut", "Revision", "A", false);
     m.gearbox->addDynamicProperty("CATIA_Mapping_Attribut", "Definition", "Gearbox assembly", false);
 
@@ -162,12 +172,18 @@ void addHostAnswers(SampleModel& m) {
         (*links)[i]->addIntegerProperty("Cfg", 2 * i);
         (*links)[i]->addStringProperty("DTMap", i == 0 ? "Length!!!Diameter!!!Chamfer" : "");
     }
+    // The housing product drives its bore from the shaft sizes as well.
+    QELLink* housingTable = m.housing->addGRMDocumentLink("catdesigntable", m.shaftSizes);
+    housingTable->addIntegerProperty("Sheet", 1);
+    housingTable->addIntegerProperty("Cfg", 0);
+    housingTable->addStringProperty("DTMap", "Bore!!!Depth");
     for (QELDocument* dt : {m.shaftSizes, m.shaftOptions}) {
         dt->addStringProperty("Dat_File_Version", dt == m.shaftSizes ? "0" : "3");
         dt->addStringProperty("DST_Version", "1");
         dt->addStringProperty("Date_Last_Modification", "2026-10-30");
         dt->addStringArrayProperty("Sheet", "Sizes");
         dt->addStringArrayProperty("Cfg", "Standard");
+        dt->addStringArrayProperty("CheckSum", "5f3a");
     }
 
     // The drawing: two sheets, the second active, showing the gearbox.
@@ -176,6 +192,7 @@ void addHostAnswers(SampleModel& m) {
     drawing->addSheetName("Vue \xE9" "clat\xE9" "e");
     drawing->setDWActiveSheet("Vue \xE9" "clat\xE9" "e");
     static_cast<CV5CAAQELDocument*>(m.gearbox)->setIsPointedDocOfActiveSheet(1);
+    m.drawingWorkSpace->addStringProperty("resolvedcontextid", "CTX-GBX-100");
 
     // Occurrence attributes the PDM side reads.
     m.shaft1->addStringProperty("Type", "COMP");
@@ -188,12 +205,30 @@ void addHostAnswers(SampleModel& m) {
         relative->addDynamicProperty("Mapping_Inst_CATIA", "Torque", "25 Nm", false);
     }
     m.cover1->addDynamicProperty("DefaultShapeForCache", "Envelope", "1", false);
+    m.cover1->addDynamicProperty("ActivateShapes", "Enveloppe", "1", false);
+    m.boltItem->addStringProperty("Nomenclature", "Vis H M8");
+    m.boltItem->addStringProperty("Old_Model_Name", "BOLT_M8");
+    if (TYPMapCATUnicodeStringPVoid* files = m.bolt->getLinkedFiles(
+            QELUtilities::getDocFilRefNameFromDocumentType(EnumDocumentType_Part)))
+        static_cast<QELFile*>(files->first())->addStringProperty("Old_File_Name", "Bolt_M8.CATPart");
+
+    // The root product lists its component occurrences for the shapes (two
+    // announced, one with a shape representation of its own).
+    m.gearbox->linkComponentAbsoluteOccurrence(m.shaft1);
+    m.gearbox->linkComponentAbsoluteOccurrence(m.panel1);
+    m.active->addIntegerProperty("totalComponent", 2);
+    m.shaft1->addBooleanProperty("HasComponentShapeRep", true);
 
     // The cover's secondary as the PDM side knows it.
     m.coverMesh->addStringProperty("spfilenametodisplay", "C:\\parts\\Couvercle_maillage.model");
     m.coverMesh->addStringProperty("DST_UID", "DST-MESH");
     m.coverMesh->addStringProperty("NamedRef_UID", "NR-MESH");
     m.coverMesh->addIntegerProperty("Mask", 1);
+    m.coverMesh->addBooleanProperty("IsSecondary", true);
+    m.coverEnvelope->addStringProperty("ShortFileName", "Couvercle_enveloppe");
+    m.coverEnvelope->addStringProperty("DST_UID", "DST-ENV");
+    m.coverEnvelope->addStringProperty("NamedRef_UID", "NR-ENV");
+    m.coverEnvelope->addBooleanProperty("Modified_Flag", true);
 
     // Composites as the CAD host answers them for the panel.
     auto* panel = static_cast<CV5CAAQELDocument*>(m.panel);
@@ -300,6 +335,7 @@ SampleModel SampleModel::build() {
     m.coverEnvelope = m.cover->addAlternateShapeRepresentation("Enveloppe", "Couvercle_enveloppe.CATPart");
     m.coverMesh = QELModelHeap::adopt(new QELDocument("Couvercle_maillage.model", EnumDocumentType_Model));
     m.coverMesh->addStringProperty("Part_Number", "CVR-\xC9-01-M");
+    m.session->addDocument(m.coverMesh);
     m.cover->addGRMDocumentLink("CATIA_secondary_Link_type", m.coverMesh);
 
     // Composites: one stacking tree and a body on the panel.
@@ -315,6 +351,8 @@ SampleModel SampleModel::build() {
     QELModelHeap::adopt(new QELGeoDatas(m.panel, "PartBody"))->addStringProperty("display_name", "PartBody");
 
     // The drawing shows the gearbox; the analysis works on the shaft.
+    // The drawing shows the housing too; the active sheet's gearbox comes first.
+    m.drawing->addGRMItemLink("VT_CATIAV5_DWGLINK", m.housingItem);
     m.drawing->addGRMItemLink("VT_CATIAV5_DWGLINK", m.gearboxItem);
     m.analysis->addGRMItemLink("CATIA_analysis_Link_type", m.shaftItem);
     m.analysis->createFile("catanalysis_results", "Shaft_results.CATAnalysisResults");
