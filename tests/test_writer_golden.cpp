@@ -200,9 +200,10 @@ TEST_P(WriterGolden, IsWellFormedIso88591WhenNoValueHoldsMarkup) {
     std::string content = reinterpret_cast<const char*>(text);
     xmlFree(text);
     xmlFreeDoc(doc);
-    if (readAll(written).find("Couvercle_\xE9l\xE9ment") != std::string::npos) {
-        EXPECT_NE(content.find("Couvercle_\xC3\xA9l\xC3\xA9ment"), std::string::npos);
-    }
+    // Every description but phase 2's names the cover's Latin-1 file.
+    const bool namesTheCover = std::string(c.name) != "save_phase2";
+    EXPECT_EQ(readAll(written).find("Couvercle_\xE9l\xE9ment") != std::string::npos, namesTheCover);
+    EXPECT_EQ(content.find("Couvercle_\xC3\xA9l\xC3\xA9ment") != std::string::npos, namesTheCover);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryProcess, WriterGolden, ::testing::ValuesIn(cases()),

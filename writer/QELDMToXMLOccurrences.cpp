@@ -159,7 +159,8 @@ void QELDMToXML::writeVisibility(QELAbsoluteOccurrence* occurrence) {
     const char* const function = "QELDMToXML::writeVisibility";
     JNLManager::beginFunction(function);
     TYPVectorPQELComponent* found = nullptr;
-    if (occurrence && hideShowManaged()) occurrence->getAllAbsViews(found);
+    // The gate is journalled for every block, as the scenes gate is.
+    if (hideShowManaged() && occurrence) occurrence->getAllAbsViews(found);
     std::unique_ptr<TYPVectorPQELComponent> views(found);
 
     ContextPairs pairs;
