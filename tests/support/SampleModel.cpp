@@ -297,6 +297,11 @@ SampleModel SampleModel::build() {
     m.active->setConfiguration(configuration);
     m.drawingWorkSpace = workspace(m.session, m.drawing, m.drawingItem, EnumDocumentType_Drawing, 2);
     m.fixtureWorkSpace = workspace(m.session, m.fixture, m.fixtureItem, EnumDocumentType_Product, 1);
+    // Workspaces named as instances; the fixture comes from a component
+    // catalog, which is no instance of anything.
+    m.active->addStringProperty("InstanceName", "Gearbox.1");
+    m.fixtureWorkSpace->addStringProperty("InstanceName", "Fixture.1");
+    m.fixtureWorkSpace->addBooleanProperty("IsCompCatalog", true);
 
     // The tree; siblings are created in another order than their indices.
     m.housing1 = occurrence(m.active, m.active, m.housingItem, "u-hsg1", "Housing.1", 2);
