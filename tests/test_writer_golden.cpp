@@ -2,7 +2,7 @@
 // compared byte for byte with the files under tests/data/golden/.
 //
 // After a deliberate change of the description, regenerate them with
-//     QEL_UPDATE_GOLDEN=1 build/release/tests/qeldm_tests --gtest_filter='WriterGolden*'
+//     QEL_UPDATE_GOLDEN=1 build/release/tests/qeldm_tests --gtest_filter='*WriterGolden.Matches*'
 // and read the difference (git diff tests/data/golden) before committing it.
 #include <gtest/gtest.h>
 
