@@ -89,13 +89,6 @@ std::string textOf(const QELPropertyHolder& holder, const std::string& property)
     return "(none)";
 }
 
-bool sameIgnoringCase(std::string a, std::string b) {
-    auto lower = [](std::string& s) { std::transform(s.begin(), s.end(), s.begin(), ::tolower); };
-    lower(a);
-    lower(b);
-    return a == b;
-}
-
 QELFile* firstFileOf(QELDocument* document) {
     if (!document) return nullptr;
     TYPMapCATUnicodeStringPVoid* files =
@@ -197,7 +190,7 @@ public:
     // One failure per change the answer does not explain.
     void checkChange(const QELChange& change) const {
         static const std::set<std::string> kBookkeeping = {"Already_treated", "Old_Part_Number", "CatalogComp",
-                                                           "Mapping_Attribut", "LinkAlreadyTreated"};
+                                                           "Mapping_Attribut"};
         const std::string property(change.property);
         if (change.handle == 0) return; // the session takes the options
         const std::string where = std::string(change.component) + " " + property + ": " +
@@ -314,7 +307,7 @@ protected:
     }
 
     // What the answer says, entry by entry, for the full reading.
-    Expectations expectations() const {
+    Expectations expectations() {
         Expectations e;
         for (const QELDescriptionEntry& entry : answerEntries()) {
             if (!entry.has("POINTER_ADDRESS")) continue; // placed by its parent: nothing to update
@@ -360,7 +353,7 @@ protected:
         if (t.instance && entry.has("Mask")) e.may(t.component, "Mask", value("Mask"));
     }
 
-    void expectBlocks(Expectations& e, const QELDescriptionEntry& entry, const Targets& t) const {
+    void expectBlocks(Expectations& e, const QELDescriptionEntry& entry, const Targets& t) {
         QELDocument* document = t.document;
         if (!document) return;
         // Mapping attributes: always for an instance, for a document entry
@@ -426,12 +419,13 @@ protected:
     }
 
     void expectShapes(Expectations& e, const std::vector<std::vector<std::string>>& srGroups,
-                      const TYPVectorPQELLink* links) const {
+                      const TYPVectorPQELLink* links) {
         for (const std::vector<std::string>& group : srGroups) {
             ASSERT_EQ(group.size(), 6u);
             for (int i = 0; links && i < links->size(); ++i) {
                 QELLink* link = (*links)[i];
-                if (!sameIgnoringCase(latin1(link->getStringProperty("ShapeRepName")), group[2])) continue;
+                // Shapes are named with letter case ignored.
+                if (link->getStringProperty("ShapeRepName").Compare(CATUnicodeString(group[2])) == 0) continue;
                 e.mention(link->get_Secondary());
                 e.must(link->get_Secondary(), "DST_UID", group[3]);
                 EXPECT_EQ(latin1(link->getStringProperty("ShortFileName")), group[1]);
@@ -446,7 +440,7 @@ protected:
     // How many secondaries, shapes and external files the answer reached:
     // the enriched example must reach some in the processes that describe
     // them, or the checks above would check nothing.
-    mutable int matchedSecondaries = 0, matchedShapes = 0, matchedExternals = 0;
+    int matchedSecondaries = 0, matchedShapes = 0, matchedExternals = 0;
 };
 
 TEST_P(RoundTrip, AnswerReachesItsComponentsAndNothingElse) {
@@ -459,17 +453,13 @@ TEST_P(RoundTrip, AnswerReachesItsComponentsAndNothingElse) {
     EXPECT_TRUE(EMHManager::entries().empty());
     const Expectations e = expectations();
     e.checkArrived();
-    long changes = 0;
-    table.diff([&](const QELChange& change) {
-        ++changes;
-        e.checkChange(change);
-    });
+    table.diff([&](const QELChange& change) { e.checkChange(change); });
     EXPECT_TRUE(session->getBooleanProperty("UpdateStatusIcons")) << "the options are read";
     const std::string name = GetParam().name;
     if (name == "CreateSpreadSheet") {
-        // Its entries name their parents, not themselves: only the options change.
+        // Its entries name their parents, not themselves: only the session's
+        // options may change.
         EXPECT_EQ(e.size(), 0u);
-        EXPECT_EQ(changes, 3);
     } else {
         EXPECT_GT(e.size(), 20u);
     }
@@ -573,7 +563,6 @@ TEST_P(RoundTrip, EveryPrefixOfTheAnswerIsReadSafely) {
     }
     // No prefix costs more than the whole answer: linear in the file size,
     // with room for a noisy machine.
-    std::printf("%zu prefixes %.3f s, whole %.6f s\n", sizes.size(), total, whole);
     EXPECT_LT(total, 4.0 * whole * static_cast<double>(sizes.size()) + 1.0)
         << sizes.size() << " prefixes in " << total << " s; the whole answer in " << whole << " s";
 }
