@@ -23,6 +23,7 @@
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
 #include "CV5CAAQELSession.h"
+#include "CV5CAAQELStacking.h"
 #include "CV5CAAQELWorkSpace.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
@@ -111,7 +112,8 @@ Targets targetsOf(QELComponent* component) {
     if (component->isAbsolute()) {
         t.instance = true;
         t.item = static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem();
-        auto* host = t.item && t.item->instanceOf("CV5CAAQELITEM_CLASSNAME") ? static_cast<CV5CAAQELItem*>(t.item) : nullptr;
+        auto* host =
+            t.item && t.item->instanceOf("CV5CAAQELITEM_CLASSNAME") ? static_cast<CV5CAAQELItem*>(t.item) : nullptr;
         t.document = host ? host->getItemDefaultDocument() : nullptr;
         t.file = firstFileOf(t.document);
     } else if (component->isWorkSpace()) {
@@ -127,6 +129,30 @@ Targets targetsOf(QELComponent* component) {
         t.file = firstFileOf(t.document);
     }
     return t;
+}
+
+// The child whose host name compares equal, letter case ignored.
+template <typename Child, typename Parent, typename List, typename Name>
+Child* childNamed(const Parent* parent, List list, Name name, const std::string& wanted) {
+    TYPVector<Child*> children;
+    if (!parent || (parent->*list)(children) < 0) return nullptr;
+    for (Child* child : children) {
+        CATUnicodeString text;
+        if ((child->*name)(text) >= 0 && text.Compare(CATUnicodeString(wanted)) != 0) return child;
+    }
+    return nullptr;
+}
+
+// The ply a path of names (stacking, plies group, sequence, ply) designates.
+CV5CAAQELPly* plyAt(const CV5CAAQELDocument* document, const std::vector<std::string>& names) {
+    if (names.size() != 4) return nullptr;
+    auto* stacking = childNamed<CV5CAAQELStacking>(document, &CV5CAAQELDocument::getAllStackings,
+                                                   &CV5CAAQELStacking::getStackingName, names[0]);
+    auto* group = childNamed<CV5CAAQELPliesGroup>(stacking, &CV5CAAQELStacking::getAllPliesGroups,
+                                                  &CV5CAAQELPliesGroup::getPliesGroupName, names[1]);
+    auto* sequence = childNamed<CV5CAAQELSequence>(group, &CV5CAAQELPliesGroup::getAllSequences,
+                                                   &CV5CAAQELSequence::getSequenceName, names[2]);
+    return childNamed<CV5CAAQELPly>(sequence, &CV5CAAQELSequence::getAllPlies, &CV5CAAQELPly::getPlyName, names[3]);
 }
 
 // The groups of lines of every `element` child inside a block of an entry.
@@ -249,10 +275,16 @@ protected:
         return nullptr;
     }
 
-    // The example describes neither a secondary's path nor component shapes:
-    // give the cover's secondaries a path and the shaft a component shape, so
-    // that the answer's secondaries and Components blocks are read too.
+    // The example describes neither a secondary's path nor component shapes,
+    // and its primary document has no composites: give the cover's
+    // secondaries a path, the shaft a component shape, and make the panel the
+    // primary document, so that every block the PDM side answers is read.
     void reachEveryAnsweredBlock() {
+        auto* gearbox = static_cast<CV5CAAQELDocument*>(componentNamed("Gearbox.CATProduct"));
+        auto* panel = static_cast<CV5CAAQELDocument*>(componentNamed("Panel.CATPart"));
+        ASSERT_TRUE(gearbox && panel);
+        gearbox->setIsPrimaryDocument(0);
+        panel->setIsPrimaryDocument(1);
         auto* cover = static_cast<QELDocument*>(componentNamed("Couvercle_\xE9l\xE9ment.CATPart"));
         ASSERT_NE(cover, nullptr);
         std::unique_ptr<TYPVectorPQELLink> secondaries(cover->getLinkedSecondaries());
@@ -358,7 +390,8 @@ protected:
         if (!document) return;
         // Mapping attributes: always for an instance, for a document entry
         // only when it is a design table or a foreign file.
-        const bool mapped = t.instance || document->getType() == EnumDocumentType_DesignTable || document->isAForeignFile();
+        const bool mapped =
+            t.instance || document->getType() == EnumDocumentType_DesignTable || document->isAForeignFile();
         const auto attributes = groups(entry, "Mapping_Attribut", "Attribut");
         for (size_t i = 0; mapped && i + 1 < attributes.size(); i += 2)
             e.pair(document, "Mapping_Attribut", attributes[i].at(0), attributes[i + 1].at(0));
@@ -403,6 +436,8 @@ protected:
             }
         }
 
+        checkPlies(entry);
+
         // External files, by their old name, when they are managed.
         if (PROCManager::manageExternalFiles()) {
             std::unique_ptr<TYPVectorPQELDocument> all(session->getAllQELDocuments());
@@ -414,6 +449,39 @@ protected:
                     e.must(candidate, "New_File_name", pair[1]);
                     ++matchedExternals;
                 }
+            }
+        }
+    }
+
+    // The plies the answer names in the primary document's composites tree
+    // take their new 3D and 2D file names; a blank name changes nothing.
+    void checkPlies(const QELDescriptionEntry& entry) {
+        const QELDescriptionElement* block = entry.find("PartComposites");
+        if (!block || !ENVManager::isCompositeManaged()) return;
+        CV5CAAQELDocument* primary = nullptr;
+        std::unique_ptr<TYPVectorPQELDocument> all(session->getAllQELDocuments());
+        for (QELDocument* document : *all) {
+            if (document->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME") &&
+                static_cast<CV5CAAQELDocument*>(document)->isPrimaryDocument()) {
+                primary = static_cast<CV5CAAQELDocument*>(document);
+                break;
+            }
+        }
+        std::vector<std::string> path;
+        for (size_t i = block->begin; i + 1 < block->end; ++i) {
+            const std::string_view line = entry.line(i);
+            if (line == "<Stacking>" || line == "<PliesGroup>" || line == "<Sequence>") {
+                path.emplace_back(entry.line(++i));
+            } else if (line == "</Stacking>" || line == "</PliesGroup>" || line == "</Sequence>") {
+                if (!path.empty()) path.pop_back();
+            } else if (line == "<Ply>" && i + 3 < block->end) {
+                path.emplace_back(entry.line(i + 1));
+                CV5CAAQELPly* ply = plyAt(primary, path);
+                path.pop_back();
+                if (!ply) continue;
+                ++matchedPlies;
+                EXPECT_EQ(latin1(ply->get3DRepresentationNewFileName()), entry.line(i + 2));
+                EXPECT_EQ(latin1(ply->get2DRepresentationNewFileName()), entry.line(i + 3));
             }
         }
     }
@@ -437,10 +505,10 @@ protected:
     QELSession* session = nullptr;
     std::string answerPath;
     std::string answerText;
-    // How many secondaries, shapes and external files the answer reached:
+    // How many secondaries, shapes, external files and plies the answer reached:
     // the enriched example must reach some in the processes that describe
     // them, or the checks above would check nothing.
-    int matchedSecondaries = 0, matchedShapes = 0, matchedExternals = 0;
+    int matchedSecondaries = 0, matchedShapes = 0, matchedExternals = 0, matchedPlies = 0;
 };
 
 TEST_P(RoundTrip, AnswerReachesItsComponentsAndNothingElse) {
@@ -469,6 +537,9 @@ TEST_P(RoundTrip, AnswerReachesItsComponentsAndNothingElse) {
     }
     if (name == "Import" || name == "SavePhase2") {
         EXPECT_GT(matchedExternals, 0);
+    }
+    if (name == "Import" || name == "SavePhase2" || name == "BRR") {
+        EXPECT_GT(matchedPlies, 0);
     }
 }
 
