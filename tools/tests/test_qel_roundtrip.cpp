@@ -311,20 +311,19 @@ protected:
         const std::string prefix = qeltest::scratchDir() + GetParam().name;
         descriptionPath = prefix + "-description.xml";
         answerPath = prefix + "-answer.xml";
-        const std::string& description = descriptionPath;
         if (GetParam().documents) {
             TYPVectorPCV5CAAQELDocument documents;
             for (const char* name : {"Gearbox.CATProduct", "Shaft.CATPart", "Couvercle_\xE9l\xE9ment.CATPart"})
                 documents.push_back(static_cast<CV5CAAQELDocument*>(componentNamed(name)));
-            QELDMToXML writer(description.c_str());
+            QELDMToXML writer(descriptionPath.c_str());
             writer.execute(session, &documents);
         } else {
-            QELDMToXML writer(description.c_str());
+            QELDMToXML writer(descriptionPath.c_str());
             writer.execute(session);
         }
         QELAnswerSimulator simulator;
         std::string error;
-        ASSERT_TRUE(simulator.run(description, answerPath, error)) << error;
+        ASSERT_TRUE(simulator.run(descriptionPath, answerPath, error)) << error;
         std::ifstream in(answerPath, std::ios::binary);
         std::stringstream text;
         text << in.rdbuf();
