@@ -5,6 +5,7 @@
 
 #include "CATUnicodeString.h"
 #include "EnumDocumentType.h"
+#include "QELDocumentOldNameIndex.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPMapIntPVoid.h"
 #include "TYPVector.h"
@@ -121,6 +122,11 @@ private:
     UTILLineFile _file;
     std::string _path;
     TYPVectorPQELAbsoluteOccurrence* _occurrences;
+    // The session's documents, built at the first Externals or
+    // PartComposites block of a reading and reset by execute.
+    QELDocumentOldNameIndex _oldNames;
+    QELDocument* _primary = nullptr;
+    size_t _primaryScanned = 0;
 };
 
 #endif

@@ -251,6 +251,9 @@ void QELXMLToDM::execute(QELSession* session) {
     }
     // The answer is read from its first line, whatever an earlier reading left.
     _file.seek(0);
+    _oldNames.reset();
+    _primary = nullptr;
+    _primaryScanned = 0;
     std::string line;
     readLine(line);
     readLine(line);

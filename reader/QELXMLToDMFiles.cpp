@@ -317,10 +317,9 @@ long QELXMLToDM::readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicod
     if (!entryValue(map, "Externals")) {
         JNLManager::writeMsg("There is no Externals balise.");
     } else if (const int count = readBlockCount(map, "Externals", pos); count >= 1 && session) {
-        std::unique_ptr<TYPVectorPQELDocument> documents(session->getAllQELDocuments());
         // One cursor for the whole block: each list searches on from where
         // the previous one stopped, so the lists follow the session's order.
-        int cursor = 0;
+        size_t cursor = 0;
         forEachList(
             _file, function, "Externals", "Attribut", count, pos,
             [this](long long start, const char* name, long long& at) {
@@ -334,10 +333,11 @@ long QELXMLToDM::readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicod
                 }
                 const CATUnicodeString& oldName = list[0];
                 const CATUnicodeString& newName = list[1];
-                while (cursor < documents->size()) {
-                    QELDocument* document = (*documents)[cursor++];
-                    if (!document || isPrimary(document)) continue;
-                    if (document->getStringProperty("Doc_Old_File_Name") != oldName) continue;
+                for (;;) {
+                    cursor = _oldNames.findFrom(session, oldName, cursor);
+                    if (cursor >= _oldNames.size()) break;
+                    QELDocument* document = _oldNames.at(cursor++);
+                    if (isPrimary(document)) continue;
                     document->addStringProperty("New_File_name", newName);
                     JNLManager::writeMsgFormatted("New File name of [%s] is [%s].", oldName.ConvertToChar(),
                                                   newName.ConvertToChar());
@@ -355,15 +355,14 @@ long QELXMLToDM::readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnico
     long status = 0;
     const long long start = blockPosition(map, "PartComposites");
     if (start > 0 && session) {
-        std::unique_ptr<TYPVectorPQELDocument> documents(session->getAllQELDocuments());
-        CV5CAAQELDocument* primary = nullptr;
-        for (QELDocument* document : *documents) {
-            if (isPrimary(document)) {
-                primary = hostDocument(document);
-                break;
-            }
+        // The walk for the first primary document resumes where the previous
+        // entry left it, so the session is walked once per reading.
+        _oldNames.follow(session);
+        while (!_primary && _primaryScanned < _oldNames.size()) {
+            QELDocument* document = _oldNames.at(_primaryScanned++);
+            if (document && isPrimary(document)) _primary = document;
         }
-        if (primary) {
+        if (CV5CAAQELDocument* primary = _primary ? hostDocument(_primary) : nullptr) {
             status = CompositeAnswer(_file, primary).read(start);
         } else {
             JNLManager::writeMsg("There is no primary document for the PartComposites balise.");

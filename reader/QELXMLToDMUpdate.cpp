@@ -78,6 +78,9 @@ struct EntryTargets {
     bool instance = false;
     bool broken = false;
     bool foreignRestricted = false;
+    // Told of every old document name the entry sets, so that the Externals
+    // search of later entries finds the document under it.
+    QELDocumentOldNameIndex* oldNames = nullptr;
 };
 
 bool isSaveCommand() {
@@ -147,7 +150,10 @@ void applyKey(const EntryTargets& t, const CATUnicodeString& key, const CATUnico
         break;
     case Target::OldFileName:
         if (file) file->addStringProperty("Old_File_Name", value);
-        if (document) document->addStringProperty("Doc_Old_File_Name", value);
+        if (document) {
+            document->addStringProperty("Doc_Old_File_Name", value);
+            if (t.oldNames) t.oldNames->note(document);
+        }
         break;
     case Target::FileName:
         if (file) file->addStringProperty("File_Name", value);
@@ -453,6 +459,7 @@ void applyComponentShapes(QELDocument* document, const TYPMapIntPVoid& component
 void QELXMLToDM::updateProperty(QELComponent* component, TYPMapCATUnicodeStringPVoid* map) {
     JNLManager::beginFunction(kUpdateProperty);
     EntryTargets targets;
+    targets.oldNames = &_oldNames;
     if (!component || !map) {
         JNLManager::writeMsg(component ? "ip_liste is NULL" : "ip_component is NULL");
     } else if (isUpdatable(component) && findInstanceTargets(component, targets)) {
@@ -505,7 +512,8 @@ namespace {
 // pairs of Attribut values.
 template <typename Count, typename ReadValue>
 void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATUnicodeStringPVoid* map,
-                         bool withMapping, UTILLineFile& file, Count count, ReadValue readValue) {
+                         bool withMapping, UTILLineFile& file, QELDocumentOldNameIndex& oldNames, Count count,
+                         ReadValue readValue) {
     JNLManager::beginFunction(function);
     if (!document || !map) {
         JNLManager::writeMsg(document ? "ip_liste is NULL" : "ip_document is NULL");
@@ -513,6 +521,7 @@ void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATU
         return;
     }
     EntryTargets targets;
+    targets.oldNames = &oldNames;
     findDocumentTargets(document, targets);
     if (!targets.item) JNLManager::writeMsgFormatted("%s: the document has no item", function);
     applyEntry(targets, map);
@@ -533,6 +542,7 @@ void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, TYPMap
     // A catalog component's mapping is only answered for a foreign file.
     updateDocumentEntry(
         "QELXMLToDM::updatePropertyCompCatalogSpecific", document, map, document && document->isAForeignFile(), _file,
+        _oldNames,
         [this, map](long long& pos) { return readBlockCount(map, "Mapping_Attribut", pos); },
         [this](long long start, const char* name, long long& pos, std::string& value) {
             return getBaliseValueByName(start, name, pos, value);
@@ -541,7 +551,7 @@ void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, TYPMap
 
 void QELXMLToDM::updatePropertyDT(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
     updateDocumentEntry(
-        "QELXMLToDM::updatePropertyDT", document, map, true, _file,
+        "QELXMLToDM::updatePropertyDT", document, map, true, _file, _oldNames,
         [this, map](long long& pos) { return readBlockCount(map, "Mapping_Attribut", pos); },
         [this](long long start, const char* name, long long& pos, std::string& value) {
             return getBaliseValueByName(start, name, pos, value);

@@ -65,6 +65,26 @@ TEST_F(ReaderFiles, ExternalListsShareOneCursorOverTheSessionDocuments) {
     EXPECT_TRUE(JNLManager::contains("New File name of [p.txt] is [P.txt]."));
 }
 
+// One reader answers many entries: the documents it searches follow the
+// session, including old names set and documents added after its first search.
+TEST_F(ReaderFiles, ExternalSearchFollowsTheSessionDuringOneReading) {
+    external("a", "a.txt");
+    QELDocument* b = external("b", "b.txt");
+    LoadedEntry entry("externals_follow.xml", leaf("Old_File_Name", "b2.txt") +
+                                                  element("Externals", count(2) + attribut("b2.txt", "B2.txt") +
+                                                                           attribut("d.txt", "D.txt")));
+    QELSession* session = QELSession::getInstance();
+    EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), session, entry.map()));
+    EXPECT_FALSE(b->isPropertyExist("New_File_name"));
+
+    QELDocument* d = external("d", "d.txt");
+    Access::updatePropertyDT(entry.reader(), b, entry.map());
+    ASSERT_EQ("b2.txt", text(b->getStringProperty("Doc_Old_File_Name")));
+    EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), session, entry.map()));
+    EXPECT_EQ("B2.txt", text(b->getStringProperty("New_File_name")));
+    EXPECT_EQ("D.txt", text(d->getStringProperty("New_File_name")));
+}
+
 TEST_F(ReaderFiles, ExternalBlockDefectsEndWithAJournalLine) {
     QELDocument* a = external("a", "a.txt");
     {
