@@ -27,5 +27,12 @@ for harness in "${harnesses[@]}"; do
     objects+=(-object "$program")
 done
 llvm-profdata-14 merge -sparse "$build"/*.profraw -o "$build/replay.profdata"
-llvm-cov-14 report -instr-profile="$build/replay.profdata" "${objects[@]:1}" \
-    reader/ services/UTILLineFile.cpp services/CV5CAAToolsDesc.cpp
+# Only the reading code: reader/ and the line file and tag scanning services.
+llvm-cov-14 report -instr-profile="$build/replay.profdata" "${objects[@]:1}" |
+    awk '$1 ~ /(^|\/)(reader\/|services\/(UTILLineFile|CV5CAAToolsDesc)\.)/ {
+             print; lines += $8; lmiss += $9; branches += $11; bmiss += $12
+         }
+         END {
+             printf "lines %d/%d (%.1f%%), branches %d/%d (%.1f%%)\n", lines - lmiss, lines,
+                    100 * (lines - lmiss) / lines, branches - bmiss, branches, 100 * (branches - bmiss) / branches
+         }'
