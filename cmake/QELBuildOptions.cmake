@@ -2,7 +2,7 @@
 #
 #   qel_target_warnings(<target>)   warnings for code of this repository
 #
-# QEL_SANITIZE is applied directory-wide (compile and link) so that every
+# QEL_SANITIZE and QEL_FUZZ are applied directory-wide (compile and link) so that every
 # object and every link step of the build carries the same instrumentation.
 
 include_guard(GLOBAL)
@@ -36,4 +36,15 @@ if(QEL_SANITIZE)
         add_compile_options(-Wno-maybe-uninitialized)
     endif()
     add_link_options(${QEL_SANITIZER_FLAGS})
+endif()
+
+# libFuzzer builds: every object carries the fuzzer's coverage hooks and the
+# sanitizers; only the harnesses link the fuzzer's main (fuzz/CMakeLists.txt).
+if(QEL_FUZZ)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "QEL_FUZZ needs Clang, not ${CMAKE_CXX_COMPILER_ID}")
+    endif()
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
 endif()

@@ -80,6 +80,8 @@ private:
     // `start`; false, with a journal line, when the file or the root ends
     // first.
     bool entryBegins(long long start, int index, int count);
+    // Whether an element opens at `start`, where the root should close.
+    bool moreEntriesFollow(long long start);
 
     // ---- driver (QELXMLToDMDriver.cpp) ------------------------------------
     bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);

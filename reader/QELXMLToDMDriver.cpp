@@ -275,6 +275,8 @@ void QELXMLToDM::execute(QELSession* session) {
     long long countEnd = 0;
     const int count = readCount(start, countEnd);
     if (countEnd > 0) start = countEnd;
+    if (count < 0)
+        JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. NBElements not found", _path.c_str());
     if (!optionsFound && getOptions(session, start, pos)) start = pos;
 
     Run run;
@@ -288,10 +290,14 @@ void QELXMLToDM::execute(QELSession* session) {
     auto* entries = new TYPMapCATUnicodeStringPVoid("p_list_balises");
     pos = start;
     bool stop = false;
+    bool ended = false;
     // The count comes from the file: the end of the file bounds it as well.
     for (int i = 0; i < count && !stop; ++i) {
         start = pos;
-        if (!entryBegins(start, i, count)) break;
+        if (!entryBegins(start, i, count)) {
+            ended = true;
+            break;
+        }
         std::string typeName;
         EnumDocumentType type = EnumDocumentType_Unset;
         if (CV5CAAToolsDesc::getNodeName(_file, start, pos, typeName)) {
@@ -307,6 +313,9 @@ void QELXMLToDM::execute(QELSession* session) {
             start = pos;
             complete = getValuesAndStore(start, pos, entries, kItemInfoEnd);
             entryEnd = pos;
+        } else {
+            JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Entry %d <%s> holds no Item_Info",
+                                          _path.c_str(), i + 1, typeName.c_str());
         }
 
         // An entry whose Item_Info did not close is not applied.
@@ -376,6 +385,10 @@ void QELXMLToDM::execute(QELSession* session) {
             journalMissing(_path, "</" + typeName + ">");
         clearEntryMap(entries);
     }
+    // Entries beyond the count are not read: say so rather than drop them.
+    if (!stop && !ended && moreEntriesFollow(pos))
+        JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %d entries announced, more found",
+                                      _path.c_str(), count < 0 ? 0 : count);
 
     clearEntryMap(entries);
     delete entries;

@@ -214,6 +214,14 @@ int QELXMLToDM::readCount(long long start, long long& pos) {
     return count;
 }
 
+bool QELXMLToDM::moreEntriesFollow(long long start) {
+    moveTo(start);
+    std::string line;
+    const bool opens = readLine(line) && line.size() > 2 && line[0] == '<' && line[1] != '/';
+    moveTo(start);
+    return opens;
+}
+
 bool QELXMLToDM::entryBegins(long long start, int index, int count) {
     moveTo(start);
     std::string line;

@@ -15,6 +15,9 @@ packages=(
     libcli11-dev
     libxml2-dev
     locales
+    clang
+    libclang-rt-14-dev
+    llvm-14
 )
 
 missing=()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up the machine, then configures, builds and tests the release and the
-# sanitizer builds. Exits non-zero if either fails.
+# sanitizer builds, then runs every fuzz harness for a minute. Exits non-zero
+# if any of them fails.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -14,8 +15,13 @@ for preset in release sanitize; do
     fi
 done
 
+echo "=== fuzz ==="
+if ! bash scripts/fuzz.sh 60; then
+    failed+=(fuzz)
+fi
+
 if ((${#failed[@]} != 0)); then
     echo "test.sh: failed: ${failed[*]}" >&2
     exit 1
 fi
-echo "test.sh: release and sanitize passed"
+echo "test.sh: release, sanitize and fuzz passed"

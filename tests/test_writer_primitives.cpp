@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <clocale>
 #include <cstdio>
 #include <cstring>
@@ -13,6 +15,7 @@
 
 #include "CATDocument.h"
 #include "QELDMToXMLPrimitivesAccess.h"
+#include "SampleModel.h"
 #include "WriterDriverSupport.h"
 
 using writertest::describe;
@@ -438,6 +441,83 @@ TEST_F(WriterPrimitivesTest, AFullDeviceIsReportedOnceAndStopsTheWriting) {
     EXPECT_EQ(failures[0].function, "QELDMToXML::writeFormatted");
     EXPECT_EQ(failures[0].detail, "fflush: /dev/full: No space left on device");
     EXPECT_TRUE(JNLManager::contains("fflush: /dev/full: No space left on device"));
+}
+
+// The writer's failure reports with code 2102, as "function: detail".
+std::vector<std::string> writeFailures() {
+    std::vector<std::string> failures;
+    for (const auto& e : EMHManager::entries())
+        if (e.code == 2102) failures.push_back(e.function + ": " + e.detail);
+    return failures;
+}
+
+TEST_F(WriterPrimitivesTest, ADescriptorLostMidwayOrAFailingCloseIsReportedOnce) {
+    const std::string path = tempPath("lost.xml");
+    struct Case {
+        const char* name;
+        int linesBefore; // written and flushed before the descriptor goes
+        int linesAfter;
+        const char* report;
+    } cases[] = {
+        {"descriptor closed midway", 3, 50, "QELDMToXML::writeFormatted: fflush: "},
+        {"close fails", 3, 0, "QELDMToXML::test: fclose: "},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EMHManager::clear();
+        JNLManager::clear();
+        QELDMToXML w(path.c_str());
+        for (int i = 0; i < c.linesBefore; ++i) Access::writeBalise(w, "Item_Info", i);
+        ASSERT_EQ(close(fileno(Access::stream(w))), 0);
+        for (int i = 0; i < c.linesAfter; ++i) Access::writeBalise(w, "Item_Info", i);
+        Access::closeFile(w);
+        EXPECT_TRUE(w.hasFailed());
+        const std::string detail = c.report + path + ": Bad file descriptor";
+        EXPECT_EQ(writeFailures(), std::vector<std::string>{detail});
+        EXPECT_TRUE(JNLManager::contains(detail.substr(detail.find(": ") + 2) + "; the rest of the description is not written"));
+        EXPECT_EQ(linesOf(readBytes(path)).size(), 3u * c.linesBefore);
+    }
+    std::remove(path.c_str());
+}
+
+// A whole export whose file may not grow past a limit, in a forked child (the
+// limit is the process's): the first refused write is reported once, nothing
+// is written after it, and the export still runs to its end.
+TEST_F(WriterPrimitivesTest, AnExportWhoseWritesFailMidwayStopsWritingAndReportsOnce) {
+    const std::string path = tempPath("limited.xml");
+    constexpr rlim_t kLimit = 3000;
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        QELSession::freeModel();
+        SampleModel model = SampleModel::build();
+        PROCManager::setIsCommandSave(true);
+        PROCManager::setIsPhasePhase1(true);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{kLimit, kLimit};
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(10);
+        bool failed = false;
+        {
+            QELDMToXML writer(path.c_str());
+            writer.execute(model.session);
+            failed = writer.hasFailed();
+        }
+        const std::vector<std::string> failures = writeFailures();
+        int problems = 0;
+        if (!failed) problems |= 1;
+        if (failures.size() != 1 || failures[0].find(": File too large") == std::string::npos) problems |= 2;
+        if (!JNLManager::contains("File too large; the rest of the description is not written")) problems |= 4;
+        for (const auto& e : EMHManager::entries())
+            if (e.code != 2102) problems |= 8;
+        QELSession::freeModel();
+        _exit(problems);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "1: not failed, 2: not one report, 4: no journal line, 8: another error";
+    EXPECT_LE(readBytes(path).size(), kLimit);
+    std::remove(path.c_str());
 }
 
 TEST_F(WriterPrimitivesTest, OpenFileClosesThePreviousOutputAndKeepsTheCounts) {

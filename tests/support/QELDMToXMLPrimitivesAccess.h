@@ -13,6 +13,7 @@ struct QELDMToXMLPrimitivesAccess {
     static void writeInt(QELDMToXML& w, int value) { w.writeFormatted(true, "%d\n", value); }
     static void closeFile(QELDMToXML& w) { w.closeFile("QELDMToXML::test"); }
     static void openFile(QELDMToXML& w, const char* path) { w.openFile(path); }
+    static FILE* stream(const QELDMToXML& w) { return w._file; }
     static void writeOpenBalise(QELDMToXML& w, const CATUnicodeString& name) { w.writeOpenBalise(name); }
     static void writeCloseBalise(QELDMToXML& w, const CATUnicodeString& name) { w.writeCloseBalise(name); }
     static void writeValue(QELDMToXML& w, int value) { w.writeValue(value); }

@@ -1,0 +1,95 @@
+#include "QELFuzzSupport.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "CV5CAAQELSession.h"
+#include "CV5CAAToolsCommon.h"
+#include "EMHManager.h"
+#include "ENVManager.h"
+#include "JNLManager.h"
+#include "PROCManager.h"
+#include "QELHandleTable.h"
+#include "QELSession.h"
+#include "QELSessionFile.h"
+
+namespace qelfuzz {
+namespace {
+
+// Removes the input file when the process ends normally.
+struct InputFile {
+    std::string path;
+    InputFile() {
+        const char* dir = std::getenv("TMPDIR");
+        path = std::string(dir && *dir ? dir : "/tmp") + "/qel_fuzz_input_" + std::to_string(getpid()) + ".xml";
+    }
+    ~InputFile() { std::remove(path.c_str()); }
+};
+
+const std::string& sessionText() {
+    static const std::string text = [] {
+        std::ifstream in(QEL_FUZZ_SESSION, std::ios::binary);
+        std::ostringstream out;
+        out << in.rdbuf();
+        if (!in || out.str().empty()) {
+            std::fprintf(stderr, "qel fuzz: cannot read %s\n", QEL_FUZZ_SESSION);
+            std::abort();
+        }
+        return out.str();
+    }();
+    return text;
+}
+
+const char* const kCommands[] = {"save",   "save-as",           "save-selected",
+                                 "import", "create-spreadsheet", "synchronize-active-shapes",
+                                 "update-status", "state-details-update"};
+const char* const kProcesses[] = {"none", "state-details", "state-details-factory", "state-details-update",
+                                  "life-cycle-factory", "brr-save", "checkout"};
+
+} // namespace
+
+const std::string& writeInput(const uint8_t* data, size_t size) {
+    static InputFile file;
+    FILE* out = std::fopen(file.path.c_str(), "wb");
+    if (!out || (size && std::fwrite(data, 1, size, out) != size) || std::fclose(out) != 0) {
+        std::fprintf(stderr, "qel fuzz: cannot write %s\n", file.path.c_str());
+        std::abort();
+    }
+    return file.path;
+}
+
+void buildSession(uint8_t selector) {
+    // The journal and the error handler only grow in memory: keep them small.
+    JNLManager::setMaxEntries(256);
+    EMHManager::setMaxEntries(256);
+    QELSessionFileError error;
+    if (!qelLoadSessionText(sessionText(), error)) {
+        std::fprintf(stderr, "qel fuzz: session: %s\n", error.message.c_str());
+        std::abort();
+    }
+    constexpr size_t commands = sizeof kCommands / sizeof *kCommands;
+    constexpr size_t processes = sizeof kProcesses / sizeof *kProcesses;
+    std::string message;
+    qelApplyCommand(kCommands[selector % commands], kProcesses[(selector / commands) % processes],
+                    selector / (commands * processes) % 2 ? "2" : "1", message);
+}
+
+void resetSession() {
+    CV5CAAToolsCommon::setActiveCATDocument(nullptr);
+    QELSession::freeModel();
+    PROCManager::reset();
+    ENVManager::reset();
+    CV5CAAQELSession::reset();
+    JNLManager::clear();
+    EMHManager::clear();
+    if (!QELHandleTable::restartNumbering()) {
+        std::fprintf(stderr, "qel fuzz: %zu components outlive the model\n", QELHandleTable::liveCount());
+        std::abort();
+    }
+}
+
+} // namespace qelfuzz

@@ -1,0 +1,25 @@
+#ifndef QELFuzzSupport_H
+#define QELFuzzSupport_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+// What the fuzz harnesses share: the input written to a file of this process
+// (the reader reads files only) and a session model rebuilt for every input,
+// so that one input never sees what an earlier one left behind.
+namespace qelfuzz {
+
+// Writes `size` bytes into this process's input file and answers its path.
+const std::string& writeInput(const uint8_t* data, size_t size);
+
+// Builds the bundled example session (the same handles every time, so that
+// the POINTER_ADDRESS of the seed answers designate its components) and
+// selects the command and the processes that `selector` picks.
+void buildSession(uint8_t selector);
+// Frees the model and puts every process-wide setting back.
+void resetSession();
+
+} // namespace qelfuzz
+
+#endif
