@@ -6,6 +6,8 @@
 
 #include <cerrno>
 #include <cstdarg>
+#include <array>
+#include <charconv>
 #include <cstring>
 
 #include "CATDocument.h"
@@ -98,6 +100,14 @@ const char* writeOut(FILE* file, const std::string& text) {
     return nullptr;
 }
 
+// A handle as 16 upper-case hexadecimal digits ("%016llX").
+std::array<char, 17> hexadecimal(unsigned long long value) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::array<char, 17> text{};
+    for (int i = 15; i >= 0; --i, value >>= 4) text[static_cast<size_t>(i)] = kDigits[value & 0xF];
+    return text;
+}
+
 } // namespace
 
 QELDMToXML::QELDMToXML(const char* path)
@@ -152,6 +162,18 @@ void QELDMToXML::writeFormatted(bool flush, const char* format, ...) {
     _buffer.clear();
 }
 
+void QELDMToXML::writeLine(const char* before, const char* text, const char* after) {
+    if (!_file || _failed) return;
+    const size_t start = _buffer.size();
+    _buffer += before;
+    _buffer += text;
+    _buffer += after;
+    expandLineEnds(_buffer, start);
+    const char* failed = writeOut(_file, _buffer);
+    if (failed) reportFailure("QELDMToXML::writeFormatted", failed);
+    _buffer.clear();
+}
+
 void QELDMToXML::closeFile(const char* function) {
     if (!_file) return;
     if (!_failed) {
@@ -175,19 +197,23 @@ void QELDMToXML::reportFailure(const char* function, const char* call) {
 
 void QELDMToXML::writeOpenBalise(const CATUnicodeString& name) {
     static const CATUnicodeString itemInfo("Item_Info");
-    writeFormatted(true, "<%s>\n", name.ConvertToChar());
+    writeLine("<", name.ConvertToChar(), ">\n");
     // Counted even when the stream failed: the end-of-export check compares
     // what the traversal opened with what the header announced.
     if (name == itemInfo) ++_writtenItems;
 }
 
 void QELDMToXML::writeCloseBalise(const CATUnicodeString& name) {
-    writeFormatted(true, "</%s>\n", name.ConvertToChar());
+    writeLine("</", name.ConvertToChar(), ">\n");
 }
 
-void QELDMToXML::writeValue(int value) { writeFormatted(true, "%d\n", value); }
+void QELDMToXML::writeValue(int value) {
+    char text[16];
+    *std::to_chars(text, text + sizeof text - 1, value).ptr = '\0';
+    writeLine("", text, "\n");
+}
 
-void QELDMToXML::writeValue(const CATUnicodeString& value) { writeFormatted(true, "%s\n", value.ConvertToChar()); }
+void QELDMToXML::writeValue(const CATUnicodeString& value) { writeLine("", value.ConvertToChar(), "\n"); }
 
 void QELDMToXML::writeBalise(const CATUnicodeString& name, const CATUnicodeString& value,
                              const CATUnicodeString& fallback, unsigned char writeIfEmpty) {
@@ -206,7 +232,7 @@ void QELDMToXML::writeBalise(const CATUnicodeString& name, int value) {
 void QELDMToXML::writeBalise(const CATUnicodeString& name, const QELComponent* value) {
     const unsigned long long handle = value ? value->get_Handle() : 0;
     writeOpenBalise(name);
-    writeFormatted(true, "%016llX\n", handle);
+    writeLine("", hexadecimal(handle).data(), "\n");
     writeCloseBalise(name);
 }
 
