@@ -20,7 +20,6 @@
 #include "QELComponent.h"
 #include "QELSession.h"
 #include "UTILFile.h"
-#include "UTILFormat.h"
 
 namespace {
 
@@ -242,14 +241,17 @@ CATUnicodeString QELDMToXML::replaceAll(CATUnicodeString text, const CATUnicodeS
     return text;
 }
 
-// formatDouble gives a point whatever the locale, so no decimal comma can
-// reach the file.
+// "%.16G" without printf: to_chars with a precision writes what "%.16g"
+// writes in the "C" locale, so the point stays a point whatever the process
+// locale; upper case turns its "e", "inf" and "nan" into those of "%G".
 void QELDMToXML::getMatrixString(const double* matrix, std::string& out) {
     out.clear();
     if (!matrix) return;
+    char text[64];
     for (int i = 0; i < 12; ++i) {
         if (i > 0) out += ' ';
-        out += UTILFormat::formatDouble("%.16G", matrix[i]);
+        const char* end = std::to_chars(text, text + sizeof text, matrix[i], std::chars_format::general, 16).ptr;
+        for (const char* c = text; c != end; ++c) out += (*c >= 'a' && *c <= 'z') ? static_cast<char>(*c - 'a' + 'A') : *c;
     }
 }
 
