@@ -4,6 +4,7 @@
 //
 //   qel_bench ratios  --occurrences N [--pairs P] [--dir D]
 //   qel_bench scaling --small N --large N [--pairs P] [--dir D]
+//   qel_bench once    --occurrences N [--dir D]
 //
 // Each row printed is tab-separated (see benchPrint); notes go to standard
 // error.
@@ -155,6 +156,21 @@ void ratios(const Options& options) {
     std::filesystem::remove(answerPath);
 }
 
+// One build, description, answer and application, for a profiler
+// (valgrind --tool=callgrind --toggle-collect='QELXMLToDM::execute*').
+void once(const Options& options) {
+    const std::string size = std::to_string(options.occurrences);
+    const std::string description = options.dir + "/once-description-" + size + ".xml";
+    const std::string answerPath = options.dir + "/once-answer-" + size + ".xml";
+    buildSession(options.occurrences);
+    describe(description);
+    answer(description, answerPath);
+    apply(answerPath);
+    QELSession::freeModel();
+    std::filesystem::remove(description);
+    std::filesystem::remove(answerPath);
+}
+
 // Build, describe and apply at two sizes; the rows are the per-occurrence
 // time at the large size over that at the small one. One model at a time.
 void scaling(const Options& options) {
@@ -211,7 +227,7 @@ void scaling(const Options& options) {
 
 Options parse(int argc, char** argv) {
     Options options;
-    if (argc < 2) fail("usage: qel_bench ratios|scaling [--occurrences N] [--small N] [--large N] [--pairs P] [--dir D]");
+    if (argc < 2) fail("usage: qel_bench ratios|scaling|once [--occurrences N] [--small N] [--large N] [--pairs P] [--dir D]");
     options.mode = argv[1];
     for (int i = 2; i + 1 < argc; i += 2) {
         const std::string name = argv[i];
@@ -237,6 +253,7 @@ int main(int argc, char** argv) {
     if (error) fail(options.dir + ": " + error.message());
     if (options.mode == "ratios") ratios(options);
     else if (options.mode == "scaling") scaling(options);
+    else if (options.mode == "once") once(options);
     else fail("unknown mode " + options.mode);
     return 0;
 }
