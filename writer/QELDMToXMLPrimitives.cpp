@@ -163,11 +163,14 @@ void QELDMToXML::writeFormatted(bool flush, const char* format, ...) {
 
 void QELDMToXML::writeLine(const char* before, const char* text, const char* after) {
     if (!_file || _failed) return;
-    const size_t start = _buffer.size();
     _buffer += before;
+    // A value may hold line breaks of its own: each LF becomes CR LF.
+    for (const char* lf; (lf = std::strchr(text, '\n')); text = lf + 1) {
+        _buffer.append(text, static_cast<size_t>(lf - text));
+        _buffer += "\r\n";
+    }
     _buffer += text;
     _buffer += after;
-    expandLineEnds(_buffer, start);
     const char* failed = writeOut(_file, _buffer);
     if (failed) reportFailure("QELDMToXML::writeFormatted", failed);
     _buffer.clear();
@@ -196,23 +199,23 @@ void QELDMToXML::reportFailure(const char* function, const char* call) {
 
 void QELDMToXML::writeOpenBalise(const CATUnicodeString& name) {
     static const CATUnicodeString itemInfo("Item_Info");
-    writeLine("<", name.ConvertToChar(), ">\n");
+    writeLine("<", name.ConvertToChar(), ">\r\n");
     // Counted even when the stream failed: the end-of-export check compares
     // what the traversal opened with what the header announced.
     if (name == itemInfo) ++_writtenItems;
 }
 
 void QELDMToXML::writeCloseBalise(const CATUnicodeString& name) {
-    writeLine("</", name.ConvertToChar(), ">\n");
+    writeLine("</", name.ConvertToChar(), ">\r\n");
 }
 
 void QELDMToXML::writeValue(int value) {
     char text[16];
     *std::to_chars(text, text + sizeof text - 1, value).ptr = '\0';
-    writeLine("", text, "\n");
+    writeLine("", text, "\r\n");
 }
 
-void QELDMToXML::writeValue(const CATUnicodeString& value) { writeLine("", value.ConvertToChar(), "\n"); }
+void QELDMToXML::writeValue(const CATUnicodeString& value) { writeLine("", value.ConvertToChar(), "\r\n"); }
 
 void QELDMToXML::writeBalise(const CATUnicodeString& name, const CATUnicodeString& value,
                              const CATUnicodeString& fallback, unsigned char writeIfEmpty) {
@@ -231,7 +234,7 @@ void QELDMToXML::writeBalise(const CATUnicodeString& name, int value) {
 void QELDMToXML::writeBalise(const CATUnicodeString& name, const QELComponent* value) {
     const unsigned long long handle = value ? value->get_Handle() : 0;
     writeOpenBalise(name);
-    writeLine("", hexadecimal(handle).data(), "\n");
+    writeLine("", hexadecimal(handle).data(), "\r\n");
     writeCloseBalise(name);
 }
 
