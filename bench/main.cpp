@@ -12,7 +12,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <string>
+
+#include <sys/resource.h>
 
 #include "BenchFloors.h"
 #include "BenchPairs.h"
@@ -163,9 +166,20 @@ void once(const Options& options) {
     const std::string description = options.dir + "/once-description-" + size + ".xml";
     const std::string answerPath = options.dir + "/once-answer-" + size + ".xml";
     buildSession(options.occurrences);
-    describe(description);
+    auto split = [](const char* what, const std::function<void()>& work) {
+        rusage before{}, after{};
+        getrusage(RUSAGE_SELF, &before);
+        work();
+        getrusage(RUSAGE_SELF, &after);
+        auto seconds = [](const timeval& a, const timeval& b) {
+            return static_cast<double>(b.tv_sec - a.tv_sec) + static_cast<double>(b.tv_usec - a.tv_usec) * 1e-6;
+        };
+        std::fprintf(stderr, "qel_bench: %s: %.3f s user, %.3f s system\n", what,
+                     seconds(before.ru_utime, after.ru_utime), seconds(before.ru_stime, after.ru_stime));
+    };
+    split("describe", [&] { describe(description); });
     answer(description, answerPath);
-    apply(answerPath);
+    split("apply", [&] { apply(answerPath); });
     QELSession::freeModel();
     std::filesystem::remove(description);
     std::filesystem::remove(answerPath);
