@@ -19,7 +19,7 @@ large_pairs="${QEL_BENCH_LARGE_PAIRS:-3}"
 files="${QEL_BENCH_DIR:-build/bench/files}"
 
 cmake --preset bench >/dev/null
-cmake --build --preset bench >/dev/null
+cmake --build --preset bench -j2 >/dev/null
 bench=build/bench/bench/qel_bench
 
 rows="$(mktemp)"
