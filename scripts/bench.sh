@@ -18,8 +18,13 @@ large="${QEL_BENCH_LARGE:-1000000}"
 large_pairs="${QEL_BENCH_LARGE_PAIRS:-3}"
 files="${QEL_BENCH_DIR:-build/bench/files}"
 
-cmake --preset bench >/dev/null
-cmake --build --preset bench -j2 >/dev/null
+log="$(mktemp)"
+if ! { cmake --preset bench && cmake --build --preset bench -j2; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "bench.sh: building qel_bench failed" >&2
+    exit 1
+fi
+rm -f "$log"
 bench=build/bench/bench/qel_bench
 
 rows="$(mktemp)"
