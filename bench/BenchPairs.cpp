@@ -57,6 +57,37 @@ BenchRatio benchPairs(const std::string& name, const std::string& size, int pair
     return result;
 }
 
+std::vector<BenchRatio> benchRounds(const std::string& size, int rounds, const std::function<void()>& first,
+                                    const std::vector<BenchSide>& others) {
+    std::vector<BenchRatio> rows(others.size());
+    std::vector<std::vector<double>> firstTimes(others.size()), otherTimes(others.size());
+    for (size_t i = 0; i < others.size(); ++i) {
+        rows[i].name = others[i].name;
+        rows[i].size = size;
+    }
+    std::vector<double> times(others.size());
+    for (int round = 0; round < rounds; ++round) {
+        double mine = 0;
+        if (round % 2 == 0) {
+            mine = benchTime(first);
+            for (size_t i = 0; i < others.size(); ++i) times[i] = benchTime(others[i].work);
+        } else {
+            for (size_t i = others.size(); i-- > 0;) times[i] = benchTime(others[i].work);
+            mine = benchTime(first);
+        }
+        for (size_t i = 0; i < others.size(); ++i) {
+            firstTimes[i].push_back(mine);
+            otherTimes[i].push_back(times[i]);
+            rows[i].ratios.push_back(times[i] > 0 ? mine / times[i] : 0);
+        }
+    }
+    for (size_t i = 0; i < others.size(); ++i) {
+        rows[i].first = medianOf(firstTimes[i]);
+        rows[i].second = medianOf(otherTimes[i]);
+    }
+    return rows;
+}
+
 void benchPrint(const BenchRatio& ratio) {
     std::printf("%s\t%s\t%zu\t%.3f\t%.3f\t%.3f\t%.6f\t%.6f\n", ratio.name.c_str(), ratio.size.c_str(),
                 ratio.ratios.size(), ratio.median(), ratio.low(), ratio.high(), ratio.first, ratio.second);

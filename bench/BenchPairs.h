@@ -31,6 +31,16 @@ struct BenchRatio {
 BenchRatio benchPairs(const std::string& name, const std::string& size, int pairs,
                       const std::function<void()>& first, const std::function<void()>& second);
 
+// One side against several: each round times `first` and every other side
+// once, in an order that reverses from one round to the next, and gives one
+// ratio per row. The costly side runs once per round instead of once per row.
+struct BenchSide {
+    std::string name;
+    std::function<void()> work;
+};
+std::vector<BenchRatio> benchRounds(const std::string& size, int rounds, const std::function<void()>& first,
+                                    const std::vector<BenchSide>& others);
+
 // One row of the table, tab-separated: name, size, pairs, median, low, high,
 // first, second. scripts/bench.sh gathers the rows.
 void benchPrint(const BenchRatio& ratio);
