@@ -227,6 +227,9 @@ void scaling(const Options& options) {
             large = run(options.large);
             small = run(options.small);
         }
+        // A pair at a million occurrences takes minutes: show each as it ends.
+        std::fprintf(stderr, "qel_bench: scaling pair %d: build %.3f, describe %.3f, apply %.3f\n", pair + 1,
+                     large.build / small.build, large.describe / small.describe, large.apply / small.apply);
         build.ratios.push_back(large.build / small.build);
         write.ratios.push_back(large.describe / small.describe);
         read.ratios.push_back(large.apply / small.apply);
