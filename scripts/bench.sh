@@ -13,7 +13,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 bash scripts/setup.sh
 
 pairs="${QEL_BENCH_PAIRS:-11}"
-sizes="${QEL_BENCH_SIZES:-10000 100000}"
+sizes="${QEL_BENCH_SIZES-10000 100000}"
 large="${QEL_BENCH_LARGE:-1000000}"
 large_pairs="${QEL_BENCH_LARGE_PAIRS:-3}"
 files="${QEL_BENCH_DIR:-build/bench/files}"
