@@ -89,7 +89,7 @@ std::vector<BenchRatio> benchRounds(const std::string& size, int rounds, const s
 }
 
 void benchPrint(const BenchRatio& ratio) {
-    std::printf("%s\t%s\t%zu\t%.3f\t%.3f\t%.3f\t%.6f\t%.6f\n", ratio.name.c_str(), ratio.size.c_str(),
+    std::printf("%s\t%s\t%zu\t%.3f\t%.3f\t%.3f\t%.9g\t%.9g\n", ratio.name.c_str(), ratio.size.c_str(),
                 ratio.ratios.size(), ratio.median(), ratio.low(), ratio.high(), ratio.first, ratio.second);
     std::fflush(stdout);
 }
