@@ -59,6 +59,18 @@ bool QELPropertyHolder::getBooleanProperty(const CATUnicodeString& name) const {
 double* QELPropertyHolder::getMatrixProperty(const CATUnicodeString& name) const {
     return _properties ? _properties->getMatrixPropertyValue(name) : nullptr;
 }
+CATUnicodeString QELPropertyHolder::getStringProperty(const char* name) const {
+    return _properties ? _properties->getStringPropertyValue(name) : CATUnicodeString();
+}
+int QELPropertyHolder::getIntegerProperty(const char* name) const {
+    return _properties ? _properties->getIntegerPropertyValue(name) : -1;
+}
+bool QELPropertyHolder::getBooleanProperty(const char* name) const {
+    return _properties ? _properties->getBooleanPropertyValue(name) : false;
+}
+double* QELPropertyHolder::getMatrixProperty(const char* name) const {
+    return _properties ? _properties->getMatrixPropertyValue(name) : nullptr;
+}
 CATIProduct* QELPropertyHolder::getCATIProductProperty(const CATUnicodeString& name) const {
     return _properties ? _properties->getCATIProductPropertyValue(name) : nullptr;
 }
@@ -78,6 +90,9 @@ CATListValCATUnicodeString* QELPropertyHolder::getStringListProperty(const CATUn
     return _properties ? _properties->getStringListProperty(name) : nullptr;
 }
 QELProperty* QELPropertyHolder::getProperty(const CATUnicodeString& name) const {
+    return _properties ? _properties->getProperty(name) : nullptr;
+}
+QELProperty* QELPropertyHolder::getProperty(const char* name) const {
     return _properties ? _properties->getProperty(name) : nullptr;
 }
 bool QELPropertyHolder::isPropertyExist(const CATUnicodeString& name) const {

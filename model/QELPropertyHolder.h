@@ -35,6 +35,11 @@ public:
     int getIntegerProperty(const CATUnicodeString& name) const;
     bool getBooleanProperty(const CATUnicodeString& name) const;
     double* getMatrixProperty(const CATUnicodeString& name) const;
+    // The same for names given as text, looked up without a CATUnicodeString.
+    CATUnicodeString getStringProperty(const char* name) const;
+    int getIntegerProperty(const char* name) const;
+    bool getBooleanProperty(const char* name) const;
+    double* getMatrixProperty(const char* name) const;
     CATIProduct* getCATIProductProperty(const CATUnicodeString& name) const;
     TYPVectorCATUnicodeString* getStringArrayProperty(const CATUnicodeString& name) const;
     TYPVectorInt* getIntegerArrayProperty(const CATUnicodeString& name) const;
@@ -42,6 +47,7 @@ public:
     TYPVectorCATUnicodeString* getDynamicProperty(const CATUnicodeString& name) const;
     CATListValCATUnicodeString* getStringListProperty(const CATUnicodeString& name) const;
     QELProperty* getProperty(const CATUnicodeString& name) const;
+    QELProperty* getProperty(const char* name) const;
     bool isPropertyExist(const CATUnicodeString& name) const;
 
     int getPropertiesCount() const;

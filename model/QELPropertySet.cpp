@@ -25,6 +25,40 @@ void refuse(const char* operation, const CATUnicodeString& name, int type) {
                                   name.ConvertToChar(), type);
 }
 
+// The value of a property of the given kind; null when absent or of
+// another kind.
+void* valueIf(const QELProperty* p, int type) { return (p && p->get_Type() == type) ? p->get_Value() : nullptr; }
+
+CATUnicodeString stringOf(const QELProperty* p) {
+    auto* v = static_cast<const CATUnicodeString*>(valueIf(p, QELPROPERTY_STRING));
+    return v ? *v : CATUnicodeString();
+}
+
+// -1 when absent. The type is not checked (see the header).
+int integerOf(const QELProperty* p) {
+    if (!p) return -1;
+    const void* v = p->get_Value();
+    if (!v) return 0;
+    switch (p->get_Type()) {
+    case QELPROPERTY_INTEGER:
+        return *static_cast<const int*>(v);
+    case QELPROPERTY_BOOLEAN:
+        return *static_cast<const unsigned char*>(v);
+    case QELPROPERTY_MATRIX: {
+        int bits;
+        std::memcpy(&bits, v, sizeof bits);
+        return bits;
+    }
+    default:
+        return 0;
+    }
+}
+
+bool booleanOf(const QELProperty* p) {
+    auto* v = static_cast<const unsigned char*>(valueIf(p, QELPROPERTY_BOOLEAN));
+    return v ? *v != 0 : false;
+}
+
 std::string valueText(const QELProperty* p) {
     std::string text;
     const void* v = p->get_Value();
@@ -197,45 +231,32 @@ QELProperty* QELPropertySet::getProperty(const CATUnicodeString& name) const {
     return _properties ? static_cast<QELProperty*>(_properties->find(name)) : nullptr;
 }
 
+QELProperty* QELPropertySet::getProperty(const char* name) const {
+    return _properties ? static_cast<QELProperty*>(_properties->find(name)) : nullptr;
+}
+
 void* QELPropertySet::valueOf(const CATUnicodeString& name, int type) const {
-    QELProperty* p = getProperty(name);
-    return (p && p->get_Type() == type) ? p->get_Value() : nullptr;
+    return valueIf(getProperty(name), type);
 }
 
 bool QELPropertySet::isPropertyExist(const CATUnicodeString& name) const { return getProperty(name) != nullptr; }
 
 CATUnicodeString QELPropertySet::getStringPropertyValue(const CATUnicodeString& name) const {
-    auto* v = static_cast<CATUnicodeString*>(valueOf(name, QELPROPERTY_STRING));
-    return v ? *v : CATUnicodeString();
+    return stringOf(getProperty(name));
 }
+CATUnicodeString QELPropertySet::getStringPropertyValue(const char* name) const { return stringOf(getProperty(name)); }
 
-int QELPropertySet::getIntegerPropertyValue(const CATUnicodeString& name) const {
-    QELProperty* p = getProperty(name);
-    if (!p) return -1;
-    const void* v = p->get_Value();
-    if (!v) return 0;
-    switch (p->get_Type()) {
-    case QELPROPERTY_INTEGER:
-        return *static_cast<const int*>(v);
-    case QELPROPERTY_BOOLEAN:
-        return *static_cast<const unsigned char*>(v);
-    case QELPROPERTY_MATRIX: {
-        int bits;
-        std::memcpy(&bits, v, sizeof bits);
-        return bits;
-    }
-    default:
-        return 0;
-    }
-}
+int QELPropertySet::getIntegerPropertyValue(const CATUnicodeString& name) const { return integerOf(getProperty(name)); }
+int QELPropertySet::getIntegerPropertyValue(const char* name) const { return integerOf(getProperty(name)); }
 
-bool QELPropertySet::getBooleanPropertyValue(const CATUnicodeString& name) const {
-    auto* v = static_cast<unsigned char*>(valueOf(name, QELPROPERTY_BOOLEAN));
-    return v ? *v != 0 : false;
-}
+bool QELPropertySet::getBooleanPropertyValue(const CATUnicodeString& name) const { return booleanOf(getProperty(name)); }
+bool QELPropertySet::getBooleanPropertyValue(const char* name) const { return booleanOf(getProperty(name)); }
 
 double* QELPropertySet::getMatrixPropertyValue(const CATUnicodeString& name) const {
     return static_cast<double*>(valueOf(name, QELPROPERTY_MATRIX));
+}
+double* QELPropertySet::getMatrixPropertyValue(const char* name) const {
+    return static_cast<double*>(valueIf(getProperty(name), QELPROPERTY_MATRIX));
 }
 
 TYPVectorCATUnicodeString* QELPropertySet::getDynamicPropertyValue(const CATUnicodeString& name) const {

@@ -43,11 +43,15 @@ public:
 
     // By name. Pointers stay owned by the set.
     CATUnicodeString getStringPropertyValue(const CATUnicodeString& name) const;
+    CATUnicodeString getStringPropertyValue(const char* name) const;
     // -1 when absent. The type is not checked: a boolean reads as 0 or 1, a
     // matrix as the first four bytes of its first number, any other kind as 0.
     int getIntegerPropertyValue(const CATUnicodeString& name) const;
+    int getIntegerPropertyValue(const char* name) const;
     bool getBooleanPropertyValue(const CATUnicodeString& name) const;
+    bool getBooleanPropertyValue(const char* name) const;
     double* getMatrixPropertyValue(const CATUnicodeString& name) const;
+    double* getMatrixPropertyValue(const char* name) const;
     TYPVectorCATUnicodeString* getDynamicPropertyValue(const CATUnicodeString& name) const;
     TYPVectorCATUnicodeString* getStringArrayProperty(const CATUnicodeString& name) const;
     TYPVectorInt* getIntegerArrayProperty(const CATUnicodeString& name) const;
@@ -55,6 +59,9 @@ public:
     CATIProduct* getCATIProductPropertyValue(const CATUnicodeString& name) const;
     CATListValCATUnicodeString* getStringListProperty(const CATUnicodeString& name) const;
     QELProperty* getProperty(const CATUnicodeString& name) const;
+    // Names given as text are looked up without building a CATUnicodeString:
+    // the writer and the reader ask for fixed names all the time.
+    QELProperty* getProperty(const char* name) const;
     bool isPropertyExist(const CATUnicodeString& name) const;
 
     // By index, 0 .. count-1. Out of range gives the answers of a missing name.

@@ -14,6 +14,8 @@ packages=(
     nlohmann-json3-dev
     libcli11-dev
     libxml2-dev
+    libexpat1-dev
+    libpugixml-dev
     locales
     clang
     libclang-rt-14-dev

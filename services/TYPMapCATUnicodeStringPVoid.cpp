@@ -22,6 +22,24 @@ long TYPMapCATUnicodeStringPVoid::locate(const CATUnicodeString& key) const {
     }
 }
 
+// A text key equals an entry whose key has no code point above 0xFF and the
+// same ISO-8859-1 bytes; it hashes as CATUnicodeStringHash hashes that entry.
+long TYPMapCATUnicodeStringPVoid::locate(std::string_view key) const {
+    auto same = [&key](const Entry& e) { return e.live() && !e.key.IsWide() && e.key.ToLatin1() == key; };
+    if (_slots.empty()) {
+        for (size_t i = 0; i < _entries.size(); ++i) {
+            if (same(_entries[i])) return static_cast<long>(i);
+        }
+        return -1;
+    }
+    size_t mask = _slots.size() - 1;
+    for (size_t s = std::hash<std::string_view>()(key) & mask;; s = (s + 1) & mask) {
+        uint32_t e = _slots[s];
+        if (e == kEmptySlot) return -1;
+        if (same(_entries[e])) return static_cast<long>(e);
+    }
+}
+
 void TYPMapCATUnicodeStringPVoid::indexEntry(uint32_t entry) const {
     size_t mask = _slots.size() - 1;
     size_t s = CATUnicodeStringHash()(_entries[entry].key) & mask;
@@ -69,12 +87,19 @@ int TYPMapCATUnicodeStringPVoid::insert(const CATUnicodeString& key, void* objec
     return 1;
 }
 
-void* TYPMapCATUnicodeStringPVoid::find(const CATUnicodeString& key, const char* typeTag) const {
-    long i = locate(key);
+void* TYPMapCATUnicodeStringPVoid::objectAt(long i, const char* typeTag) const {
     if (i < 0) return nullptr;
     const Entry& e = _entries[static_cast<size_t>(i)];
     if (typeTag && *typeTag && *e.tag != typeTag) return nullptr;
     return e.object;
+}
+
+void* TYPMapCATUnicodeStringPVoid::find(const CATUnicodeString& key, const char* typeTag) const {
+    return objectAt(locate(key), typeTag);
+}
+
+void* TYPMapCATUnicodeStringPVoid::find(const char* key, const char* typeTag) const {
+    return objectAt(locate(std::string_view(key ? key : "")), typeTag);
 }
 
 int TYPMapCATUnicodeStringPVoid::erase(const CATUnicodeString& key) {

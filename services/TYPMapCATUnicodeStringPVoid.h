@@ -2,6 +2,7 @@
 #define TYPMapCATUnicodeStringPVoid_H
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "CATUnicodeString.h"
@@ -57,6 +58,9 @@ public:
     int insert(const CATUnicodeString& key, void* object, const char* typeTag = "", int flag = 0);
     // The object under `key`, or null. A non-empty tag must match the entry's.
     void* find(const CATUnicodeString& key, const char* typeTag = "") const;
+    // The same for an ISO-8859-1 key given as text (null reads as empty),
+    // without building a CATUnicodeString for it.
+    void* find(const char* key, const char* typeTag = "") const;
     bool contains(const CATUnicodeString& key) const { return locate(key) >= 0; }
     // 1 when an entry was erased, 0 when the key was absent.
     int erase(const CATUnicodeString& key);
@@ -79,6 +83,9 @@ private:
     static constexpr uint32_t kEmptySlot = 0xFFFFFFFFu;
 
     long locate(const CATUnicodeString& key) const;
+    long locate(std::string_view key) const;
+    // The object of entry `i` (-1: none) when its tag matches.
+    void* objectAt(long i, const char* typeTag) const;
     void compact() const;
     void rebuildIndex() const;
     void indexEntry(uint32_t entry) const;

@@ -87,6 +87,27 @@ TEST(TYPMapCATUnicodeStringPVoid, ManyErasuresAndInsertionsStayConsistent) {
     EXPECT_EQ(m.size(), expected);
 }
 
+// The lookup by text must agree with the lookup by CATUnicodeString in both
+// forms of the map (a short list, a hash table with tombstones), and must not
+// take a key with code points above 0xFF for its '?' stand-ins.
+TEST(TYPMapCATUnicodeStringPVoid, TextKeysFindWhatCATUnicodeStringKeysFind) {
+    for (int size : {3, 40}) {
+        SCOPED_TRACE(size);
+        TYPMapCATUnicodeStringPVoid m;
+        CATUnicodeString wide;
+        wide.BuildFromCodePoints(U"\u0100x");
+        ASSERT_EQ(wide.ToLatin1(), "?x");
+        m.insert(wide, obj(1000));
+        for (int k = 0; k < size; ++k) m.insert(key(k), obj(k + 1));
+        for (int k = 0; k < size; k += 2) m.erase(key(k));
+        for (int k = 0; k < size + 5; ++k)
+            EXPECT_EQ(m.find(key(k).ConvertToChar()), m.find(key(k))) << k;
+        EXPECT_EQ(m.find("?x"), nullptr);
+        EXPECT_EQ(m.find(wide), obj(1000));
+        EXPECT_EQ(m.find(static_cast<const char*>(nullptr)), m.find(CATUnicodeString()));
+    }
+}
+
 TEST(TYPMapCATUnicodeStringPVoid, IndexAccessDoesNotGrowWithTheSize) {
     // Reading every entry by index must cost the same per entry at any size.
     auto perEntry = [](int n) {

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <csignal>
 #include <clocale>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -172,6 +174,27 @@ TEST_F(WriterPrimitivesTest, MatrixStringIsTwelveNumbersWithSixteenSignificantDi
     EXPECT_EQ(Access::matrixString(example), "1 0 0 0 1 0 0 0 1 120.5 0 -3.000000000000001E-05");
     EXPECT_EQ(Access::matrixString(special),
               "0.1 1E+20 -0 0.3333333333333333 1.234567890123457E+17 1E-300 2.5 -1 0 0 0 0");
+}
+
+// The numbers are written without printf; they must read as "%.16G" does,
+// for every kind of double: random bit patterns cover subnormals, huge and
+// tiny exponents, infinities and NaNs.
+TEST_F(WriterPrimitivesTest, MatrixNumbersAreThoseOfPrintf) {
+    uint64_t state = 12345;
+    for (int round = 0; round < 2000; ++round) {
+        double matrix[12];
+        std::string expected;
+        for (int i = 0; i < 12; ++i) {
+            state = state * 6364136223846793005ULL + 1442695040888963407ULL;
+            const uint64_t bits = round % 2 ? state : (state >> 12) | 0x3FF0000000000000ULL; // every pattern, or [1, 2)
+            std::memcpy(&matrix[i], &bits, sizeof bits);
+            if (round == 0) matrix[i] = i % 3 == 0 ? -HUGE_VAL : i % 3 == 1 ? HUGE_VAL : -std::nan("");
+            char text[64];
+            std::snprintf(text, sizeof text, "%.16G", matrix[i]);
+            expected += (i ? " " : "") + std::string(text);
+        }
+        ASSERT_EQ(Access::matrixString(matrix), expected) << "round " << round;
+    }
 }
 
 TEST_F(WriterPrimitivesTest, DecimalCommaLocaleDoesNotReachMatrices) {

@@ -62,6 +62,10 @@ private:
     // The one place that writes bytes: formats, turns every "\n" into CR LF,
     // writes, and flushes unless told not to.
     void writeFormatted(bool flush, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    // The same for the tag and value lines, without a format to interpret:
+    // `before`, `text` up to its first NUL (as "%s" takes it) with its LFs
+    // turned into CR LF, and `after` as it is (it carries the CR LF), flushed.
+    void writeLine(const char* before, const char* text, const char* after);
     // Writes out what is pending and closes; a failure is reported under
     // `function`, the operation that ends the description.
     void closeFile(const char* function);

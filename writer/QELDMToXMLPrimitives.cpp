@@ -6,6 +6,8 @@
 
 #include <cerrno>
 #include <cstdarg>
+#include <array>
+#include <charconv>
 #include <cstring>
 
 #include "CATDocument.h"
@@ -18,7 +20,6 @@
 #include "QELComponent.h"
 #include "QELSession.h"
 #include "UTILFile.h"
-#include "UTILFormat.h"
 
 namespace {
 
@@ -98,6 +99,14 @@ const char* writeOut(FILE* file, const std::string& text) {
     return nullptr;
 }
 
+// A handle as 16 upper-case hexadecimal digits ("%016llX").
+std::array<char, 17> hexadecimal(unsigned long long value) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::array<char, 17> text{};
+    for (int i = 15; i >= 0; --i, value >>= 4) text[static_cast<size_t>(i)] = kDigits[value & 0xF];
+    return text;
+}
+
 } // namespace
 
 QELDMToXML::QELDMToXML(const char* path)
@@ -152,6 +161,21 @@ void QELDMToXML::writeFormatted(bool flush, const char* format, ...) {
     _buffer.clear();
 }
 
+void QELDMToXML::writeLine(const char* before, const char* text, const char* after) {
+    if (!_file || _failed) return;
+    _buffer += before;
+    // A value may hold line breaks of its own: each LF becomes CR LF.
+    for (const char* lf; (lf = std::strchr(text, '\n')); text = lf + 1) {
+        _buffer.append(text, static_cast<size_t>(lf - text));
+        _buffer += "\r\n";
+    }
+    _buffer += text;
+    _buffer += after;
+    const char* failed = writeOut(_file, _buffer);
+    if (failed) reportFailure("QELDMToXML::writeFormatted", failed);
+    _buffer.clear();
+}
+
 void QELDMToXML::closeFile(const char* function) {
     if (!_file) return;
     if (!_failed) {
@@ -175,19 +199,23 @@ void QELDMToXML::reportFailure(const char* function, const char* call) {
 
 void QELDMToXML::writeOpenBalise(const CATUnicodeString& name) {
     static const CATUnicodeString itemInfo("Item_Info");
-    writeFormatted(true, "<%s>\n", name.ConvertToChar());
+    writeLine("<", name.ConvertToChar(), ">\r\n");
     // Counted even when the stream failed: the end-of-export check compares
     // what the traversal opened with what the header announced.
     if (name == itemInfo) ++_writtenItems;
 }
 
 void QELDMToXML::writeCloseBalise(const CATUnicodeString& name) {
-    writeFormatted(true, "</%s>\n", name.ConvertToChar());
+    writeLine("</", name.ConvertToChar(), ">\r\n");
 }
 
-void QELDMToXML::writeValue(int value) { writeFormatted(true, "%d\n", value); }
+void QELDMToXML::writeValue(int value) {
+    char text[16];
+    *std::to_chars(text, text + sizeof text - 1, value).ptr = '\0';
+    writeLine("", text, "\r\n");
+}
 
-void QELDMToXML::writeValue(const CATUnicodeString& value) { writeFormatted(true, "%s\n", value.ConvertToChar()); }
+void QELDMToXML::writeValue(const CATUnicodeString& value) { writeLine("", value.ConvertToChar(), "\r\n"); }
 
 void QELDMToXML::writeBalise(const CATUnicodeString& name, const CATUnicodeString& value,
                              const CATUnicodeString& fallback, unsigned char writeIfEmpty) {
@@ -206,7 +234,7 @@ void QELDMToXML::writeBalise(const CATUnicodeString& name, int value) {
 void QELDMToXML::writeBalise(const CATUnicodeString& name, const QELComponent* value) {
     const unsigned long long handle = value ? value->get_Handle() : 0;
     writeOpenBalise(name);
-    writeFormatted(true, "%016llX\n", handle);
+    writeLine("", hexadecimal(handle).data(), "\r\n");
     writeCloseBalise(name);
 }
 
@@ -216,14 +244,17 @@ CATUnicodeString QELDMToXML::replaceAll(CATUnicodeString text, const CATUnicodeS
     return text;
 }
 
-// formatDouble gives a point whatever the locale, so no decimal comma can
-// reach the file.
+// "%.16G" without printf: to_chars with a precision writes what "%.16g"
+// writes in the "C" locale, so the point stays a point whatever the process
+// locale; upper case turns its "e", "inf" and "nan" into those of "%G".
 void QELDMToXML::getMatrixString(const double* matrix, std::string& out) {
     out.clear();
     if (!matrix) return;
+    char text[64];
     for (int i = 0; i < 12; ++i) {
         if (i > 0) out += ' ';
-        out += UTILFormat::formatDouble("%.16G", matrix[i]);
+        const char* end = std::to_chars(text, text + sizeof text, matrix[i], std::chars_format::general, 16).ptr;
+        for (const char* c = text; c != end; ++c) out += (*c >= 'a' && *c <= 'z') ? static_cast<char>(*c - 'a' + 'A') : *c;
     }
 }
 
