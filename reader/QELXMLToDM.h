@@ -84,6 +84,11 @@ private:
     bool moreEntriesFollow(long long start);
 
     // ---- driver (QELXMLToDMDriver.cpp) ------------------------------------
+    // The opening shared by execute and readOptions: checks the session,
+    // opens the answer and reads its first two lines, the second into
+    // `rootLine`. False, with the journal lines and the function's end
+    // written, when the reading cannot start.
+    bool beginReading(const char* function, QELSession* session, std::string& rootLine);
     bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);
     bool getValuesAndStoreForComponents(long long start, long long& pos, TYPMapIntPVoid*& map);
     QELWorkSpace* createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,

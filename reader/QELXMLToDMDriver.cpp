@@ -237,26 +237,31 @@ void parseMatrix(const CATUnicodeString& text, double matrix[16]) {
 
 } // namespace
 
-void QELXMLToDM::execute(QELSession* session) {
-    JNLManager::beginFunction(kExecute);
+bool QELXMLToDM::beginReading(const char* function, QELSession* session, std::string& rootLine) {
     if (!session) {
-        JNLManager::writeMsg("QELXMLToDM::execute: ip_session is NULL");
-        JNLManager::endFunction(kExecute, -1);
-        return;
+        JNLManager::writeMsgFormatted("%s: ip_session is NULL", function);
+        JNLManager::endFunction(function, -1);
+        return false;
     }
     if (openFile() != 0) {
         JNLManager::writeMsgFormatted("Error while opening desc.xml file %s", _path.c_str());
-        JNLManager::endFunction(kExecute, -1);
-        return;
+        JNLManager::endFunction(function, -1);
+        return false;
     }
     // The answer is read from its first line, whatever an earlier reading left.
     _file.seek(0);
+    readLine(rootLine);
+    readLine(rootLine);
+    return true;
+}
+
+void QELXMLToDM::execute(QELSession* session) {
+    JNLManager::beginFunction(kExecute);
+    std::string line;
+    if (!beginReading(kExecute, session, line)) return;
     _oldNames.reset();
     _primary = nullptr;
     _primaryScanned = 0;
-    std::string line;
-    readLine(line);
-    readLine(line);
     long long start = _file.tell();
     long long pos = start;
     if (line != kRoot) {

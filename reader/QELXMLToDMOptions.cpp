@@ -105,20 +105,8 @@ bool QELXMLToDM::getOptions(QELSession* session, long long start, long long& pos
 
 void QELXMLToDM::readOptions(QELSession* session) {
     JNLManager::beginFunction(kReadOptions);
-    if (!session) {
-        JNLManager::writeMsg("QELXMLToDM::readOptions: ip_session is NULL");
-        JNLManager::endFunction(kReadOptions, -1);
-        return;
-    }
-    if (openFile() != 0) {
-        JNLManager::writeMsgFormatted("Error while opening desc.xml file %s", _path.c_str());
-        JNLManager::endFunction(kReadOptions, -1);
-        return;
-    }
-    _file.seek(0);
     std::string line;
-    readLine(line);
-    readLine(line);
+    if (!beginReading(kReadOptions, session, line)) return;
     long long start = _file.tell();
     long long pos = start;
     if (line != kRoot) {
