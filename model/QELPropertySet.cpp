@@ -11,8 +11,6 @@
 
 namespace {
 
-const char* const kPropertyTag = "QELProperty";
-
 // Kinds that share a value class can take each other's array and pair
 // operations without reading one class as another.
 bool holdsStrings(int type) { return type == QELPROPERTY_DYNAMIC || type == QELPROPERTY_STRING_ARRAY; }
@@ -128,28 +126,53 @@ void QELPropertySet::addProperty(int type, const CATUnicodeString& name, void* v
 }
 
 void QELPropertySet::addProperty(QELProperty* property) {
-    if (!_properties) _properties = new TYPMapCATUnicodeStringPVoid("MAP_PROPERTIES_LIST");
-    auto* old = static_cast<QELProperty*>(_properties->find(property->get_Name()));
-    if (old) {
-        delete old;
-        _properties->erase(property->get_Name());
-    }
-    _properties->insert(property->get_Name(), property, kPropertyTag, 0);
+    if (!_properties) _properties = new QELPropertyList();
+    delete _properties->remove(property->get_Name());
+    _properties->append(property);
+}
+
+QELProperty* QELPropertySet::reuse(const CATUnicodeString& name, int type) {
+    // A property of another kind moves as well: its replacement takes the
+    // end of the order all the same.
+    QELProperty* p = _properties ? _properties->moveToEnd(name) : nullptr;
+    return p && p->get_Type() == type && p->get_Value() ? p : nullptr;
 }
 
 void QELPropertySet::addStringProperty(const CATUnicodeString& name, const CATUnicodeString& value) {
+    if (QELProperty* p = reuse(name, QELPROPERTY_STRING)) {
+        *static_cast<CATUnicodeString*>(p->get_Value()) = value;
+        return;
+    }
     addProperty(QELPROPERTY_STRING, name, new CATUnicodeString(value));
 }
 
 void QELPropertySet::addIntegerProperty(const CATUnicodeString& name, int value) {
+    if (QELProperty* p = reuse(name, QELPROPERTY_INTEGER)) {
+        *static_cast<int*>(p->get_Value()) = value;
+        return;
+    }
     addProperty(QELPROPERTY_INTEGER, name, new int(value));
 }
 
 void QELPropertySet::addBooleanProperty(const CATUnicodeString& name, bool value) {
+    if (QELProperty* p = reuse(name, QELPROPERTY_BOOLEAN)) {
+        *static_cast<unsigned char*>(p->get_Value()) = value ? 1 : 0;
+        return;
+    }
     addProperty(QELPROPERTY_BOOLEAN, name, new unsigned char(value ? 1 : 0));
 }
 
 void QELPropertySet::addMatrixProperty(const CATUnicodeString& name, const double value[16]) {
+    if (QELProperty* p = reuse(name, QELPROPERTY_MATRIX)) {
+        auto* target = static_cast<double*>(p->get_Value());
+        // memmove: the new value may be the property's own.
+        if (value) {
+            std::memmove(target, value, 16 * sizeof(double));
+        } else {
+            std::memset(target, 0, 16 * sizeof(double));
+        }
+        return;
+    }
     auto* copy = new double[16];
     if (value) {
         std::memcpy(copy, value, 16 * sizeof(double));
@@ -228,11 +251,11 @@ void QELPropertySet::addDynamicProperty(const CATUnicodeString& name, const CATU
 }
 
 QELProperty* QELPropertySet::getProperty(const CATUnicodeString& name) const {
-    return _properties ? static_cast<QELProperty*>(_properties->find(name)) : nullptr;
+    return _properties ? _properties->find(name) : nullptr;
 }
 
 QELProperty* QELPropertySet::getProperty(const char* name) const {
-    return _properties ? static_cast<QELProperty*>(_properties->find(name)) : nullptr;
+    return _properties ? _properties->find(std::string_view(name ? name : "")) : nullptr;
 }
 
 void* QELPropertySet::valueOf(const CATUnicodeString& name, int type) const {
@@ -286,7 +309,7 @@ CATListValCATUnicodeString* QELPropertySet::getStringListProperty(const CATUnico
 int QELPropertySet::getPropertiesCount() const { return _properties ? _properties->size() : 0; }
 
 QELProperty* QELPropertySet::getProperty(int index) const {
-    return _properties ? static_cast<QELProperty*>(_properties->getObject(index)) : nullptr;
+    return _properties ? _properties->at(index) : nullptr;
 }
 
 CATUnicodeString QELPropertySet::getPropertyNameByIndex(int index) const {
@@ -322,16 +345,15 @@ double* QELPropertySet::getMatrixPropertyByIndex(int index) const {
 TYPVectorPQELProperty* QELPropertySet::getProperties(int type) const {
     auto* out = new TYPVectorPQELProperty();
     if (!_properties) return out;
-    for (const auto& e : *_properties) {
-        auto* p = static_cast<QELProperty*>(e.object);
+    _properties->forEach([out, type](QELProperty* p) {
         if (p->get_Type() == type) out->push_back(p);
-    }
+    });
     return out;
 }
 
 void QELPropertySet::clear() {
     if (!_properties) return;
-    for (const auto& e : *_properties) QELKeeper::keep(static_cast<QELProperty*>(e.object));
+    _properties->forEach([](QELProperty* p) { QELKeeper::keep(p); });
     _properties->clear();
 }
 
@@ -344,7 +366,7 @@ bool QELPropertySet::clearStringArrayProperty(const CATUnicodeString& name) {
 
 void QELPropertySet::release() {
     if (!_properties) return;
-    for (const auto& e : *_properties) delete static_cast<QELProperty*>(e.object);
+    _properties->forEach([](QELProperty* p) { delete p; });
     delete _properties;
     _properties = nullptr;
 }
@@ -352,8 +374,7 @@ void QELPropertySet::release() {
 CATUnicodeString QELPropertySet::print(int style) const {
     std::string out;
     if (!_properties) return CATUnicodeString();
-    for (const auto& e : *_properties) {
-        const auto* p = static_cast<const QELProperty*>(e.object);
+    _properties->forEach([&out, style](const QELProperty* p) {
         if (style == 0) {
             CATUnicodeString name = p->get_Name();
             name.Resize(40, CATUnicodeChar(' '), 1);
@@ -364,6 +385,6 @@ CATUnicodeString QELPropertySet::print(int style) const {
         } else {
             out += "unknown style";
         }
-    }
+    });
     return CATUnicodeString(out);
 }

@@ -4,15 +4,17 @@
 #include "CATListValCATUnicodeString.h"
 #include "CATUnicodeString.h"
 #include "QELObject.h"
-#include "TYPMapCATUnicodeStringPVoid.h"
+#include "QELPropertyList.h"
 #include "TYPVector.h"
 
 class CATIProduct;
 class QELProperty;
 
 // A bag of named, typed values (see QELProperty for the type codes). One
-// property per name; the index of a property is its position in the map's
-// insertion order, so a replaced property moves to the end.
+// property per name; the index of a property is its position in insertion
+// order, so a replaced property moves to the end. A value replaced by one of
+// the same kind is written into the property in place: pointers to the
+// property and to its value stay valid.
 //
 // Kinds under one name must not be mixed. Where that would make the set read
 // one kind of value as another (appending an array element to a property of a
@@ -89,10 +91,13 @@ public:
 private:
     void addProperty(int type, const CATUnicodeString& name, void* value);
     void addProperty(QELProperty* property);
+    // The property of that name, moved to the end to take its new value,
+    // when it holds `type`; null otherwise.
+    QELProperty* reuse(const CATUnicodeString& name, int type);
     void* valueOf(const CATUnicodeString& name, int type) const;
     TYPVectorPQELProperty* getProperties(int type) const;
 
-    TYPMapCATUnicodeStringPVoid* _properties;
+    QELPropertyList* _properties;
 };
 
 #endif

@@ -3,6 +3,7 @@
 
 #include "QELXMLToDM.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -92,17 +93,17 @@ int toInt(const CATUnicodeString& text) {
 }
 
 // First entry wins: a repeated element keeps the value read first.
-void store(TYPMapCATUnicodeStringPVoid* map, const std::string& key, const std::string& value) {
-    auto* text = new CATUnicodeString(value);
+void store(TYPMapCATUnicodeStringPVoid* map, const std::string& key, std::string&& value) {
+    auto* text = new CATUnicodeString(std::move(value));
     if (!map->insert(CATUnicodeString(key), text)) delete text;
 }
 
 // An opening tag line gives its element name, every "<" and ">" taken out.
 bool elementName(const std::string& line, std::string& name) {
     if (line.size() < 2 || line.front() != '<' || line.back() != '>') return false;
-    name.clear();
-    for (char c : line)
-        if (c != '<' && c != '>') name += c;
+    name.assign(line, 1, line.size() - 2);
+    if (name.find('<') != std::string::npos || name.find('>') != std::string::npos)
+        name.erase(std::remove_if(name.begin(), name.end(), [](char c) { return c == '<' || c == '>'; }), name.end());
     return true;
 }
 
@@ -408,6 +409,7 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
     moveTo(start);
     std::string line;
     std::string key;
+    std::string close;
     for (;;) {
         const long long lineStart = _file.tell();
         if (!readLine(line)) break;
@@ -434,7 +436,7 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
         }
         // Multi-line values keep their line feeds, without the scanner's
         // trailing blanks.
-        const std::string close = "</" + key + ">";
+        close.assign("</").append(key) += '>';
         std::string value;
         bool closed = false;
         if (readLine(value)) {
@@ -446,7 +448,7 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
                 }
             }
         }
-        store(map, key, value);
+        store(map, key, std::move(value));
         if (!closed) break;
     }
     journalEndOfFile(_path);

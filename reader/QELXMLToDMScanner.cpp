@@ -167,13 +167,13 @@ long QELXMLToDM::getTagValueByName(long long start, const CATUnicodeString& stop
     while (readLine(line)) {
         if (line == close) {
             pos = _file.tell();
-            value = CATUnicodeString(text);
+            value = CATUnicodeString(std::move(text));
             return 0;
         }
         // The stop line inside a value ends it as a success, position left
         // as it was: the callers rely on this lenient end.
         if (line == stop) {
-            value = CATUnicodeString(text);
+            value = CATUnicodeString(std::move(text));
             return 0;
         }
         text += line;

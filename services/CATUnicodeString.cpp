@@ -55,6 +55,8 @@ CATUnicodeString::CATUnicodeString(const char* latin1, size_t byteCount)
 
 CATUnicodeString::CATUnicodeString(const std::string& latin1) : _latin1(latin1) {}
 
+CATUnicodeString::CATUnicodeString(std::string&& latin1) noexcept : _latin1(std::move(latin1)) {}
+
 CATUnicodeString::CATUnicodeString(const CATUnicodeChar& c) {
     if (c.GetCode() <= 0xFF) {
         _latin1.assign(1, c.ConvertToChar());

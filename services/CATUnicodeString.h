@@ -22,6 +22,7 @@ public:
     CATUnicodeString(const char* latin1);
     CATUnicodeString(const char* latin1, size_t byteCount);
     CATUnicodeString(const std::string& latin1);
+    CATUnicodeString(std::string&& latin1) noexcept;
     CATUnicodeString(const CATUnicodeChar& c);
     CATUnicodeString(const CATUnicodeString& other);
     CATUnicodeString(CATUnicodeString&& other) noexcept;

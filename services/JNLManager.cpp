@@ -79,12 +79,16 @@ void JNLManager::writeMsgFormatted(const char* format, ...) {
     va_start(args, format);
     va_list again;
     va_copy(again, args);
-    int length = std::vsnprintf(nullptr, 0, format, args);
+    // Most lines fit the buffer: one formatting pass, one allocation.
+    char buffer[512];
+    const int length = std::vsnprintf(buffer, sizeof buffer, format, args);
     va_end(args);
     std::string text;
     if (length < 0) {
         // An encoding error of the arguments: keep the format so the line is not lost.
         text = format;
+    } else if (static_cast<std::size_t>(length) < sizeof buffer) {
+        text.assign(buffer, static_cast<std::size_t>(length));
     } else {
         text.resize(static_cast<std::size_t>(length) + 1);
         std::vsnprintf(&text[0], text.size(), format, again);

@@ -71,7 +71,18 @@ void TYPMapCATUnicodeStringPVoid::compact() const {
 int TYPMapCATUnicodeStringPVoid::insert(const CATUnicodeString& key, void* object,
                                         const char* typeTag, int /*flag*/) {
     if (locate(key) >= 0) return 0;
-    _entries.push_back(Entry{key, object, TYPTypeTag::intern(typeTag)});
+    append(CATUnicodeString(key), object, typeTag);
+    return 1;
+}
+
+int TYPMapCATUnicodeStringPVoid::insert(CATUnicodeString&& key, void* object, const char* typeTag, int /*flag*/) {
+    if (locate(key) >= 0) return 0;
+    append(std::move(key), object, typeTag);
+    return 1;
+}
+
+void TYPMapCATUnicodeStringPVoid::append(CATUnicodeString&& key, void* object, const char* typeTag) {
+    _entries.push_back(Entry{std::move(key), object, TYPTypeTag::intern(typeTag)});
     ++_live;
     size_t dead = _entries.size() - _live;
     if (dead > kLinearLimit && dead > _live) {
@@ -84,7 +95,6 @@ int TYPMapCATUnicodeStringPVoid::insert(const CATUnicodeString& key, void* objec
             indexEntry(static_cast<uint32_t>(_entries.size() - 1));
         }
     }
-    return 1;
 }
 
 void* TYPMapCATUnicodeStringPVoid::objectAt(long i, const char* typeTag) const {

@@ -56,6 +56,7 @@ public:
 
     // 1 when inserted, 0 when the key was already present (nothing changes).
     int insert(const CATUnicodeString& key, void* object, const char* typeTag = "", int flag = 0);
+    int insert(CATUnicodeString&& key, void* object, const char* typeTag = "", int flag = 0);
     // The object under `key`, or null. A non-empty tag must match the entry's.
     void* find(const CATUnicodeString& key, const char* typeTag = "") const;
     // The same for an ISO-8859-1 key given as text (null reads as empty),
@@ -86,6 +87,8 @@ private:
     long locate(std::string_view key) const;
     // The object of entry `i` (-1: none) when its tag matches.
     void* objectAt(long i, const char* typeTag) const;
+    // Appends a key known to be absent.
+    void append(CATUnicodeString&& key, void* object, const char* typeTag);
     void compact() const;
     void rebuildIndex() const;
     void indexEntry(uint32_t entry) const;

@@ -106,11 +106,14 @@ TEST_F(JournalTest, FormatsMessagesOfAnyLength) {
     std::string longValue(10000, 'x');
     JNLManager::writeMsgFormatted("Error while opening desc.xml file %s.", longValue.c_str());
     JNLManager::writeMsgFormatted("%s", "");
+    // Around the size that one formatting pass holds.
+    for (size_t n : {510u, 511u, 512u, 513u}) JNLManager::writeMsgFormatted("%s", std::string(n, 'y').c_str());
 
-    ASSERT_EQ(JNLManager::entries().size(), 3u);
+    ASSERT_EQ(JNLManager::entries().size(), 7u);
     EXPECT_EQ(JNLManager::entries()[0], "-->resolved context [ctx] 42");
     EXPECT_EQ(JNLManager::entries()[1], "Error while opening desc.xml file " + longValue + ".");
     EXPECT_EQ(JNLManager::entries()[2], "");
+    for (size_t i = 0; i < 4; ++i) EXPECT_EQ(JNLManager::entries()[3 + i], std::string(510 + i, 'y'));
 }
 
 TEST_F(JournalTest, CopiesEachEntryAsALineToTheChosenFile) {

@@ -29,6 +29,67 @@ TEST(QELPropertySet, ReplaceChangesKindAndMovesThePropertyToTheEnd) {
     EXPECT_EQ(set.getPropertyTypeByIndex(1), QELPROPERTY_STRING);
 }
 
+TEST(QELPropertySet, ReplaceOfTheSameKindWritesInPlaceAndStillMovesToTheEnd) {
+    QELPropertySet set;
+    set.addStringProperty("s", "old");
+    set.addIntegerProperty("i", 1);
+    set.addMatrixProperty("m", kIdentity);
+    set.addBooleanProperty("b", false);
+    QELProperty* s = set.getProperty("s");
+    double* m = set.getMatrixPropertyValue("m");
+
+    set.addStringProperty("s", "new");
+    set.addMatrixProperty("m", m); // its own value
+    set.addIntegerProperty("i", 7);
+    set.addBooleanProperty("b", true);
+    EXPECT_EQ(set.getProperty("s"), s);
+    EXPECT_EQ(set.getMatrixPropertyValue("m"), m);
+    EXPECT_EQ(m[13], -2.25);
+    EXPECT_EQ(set.getStringPropertyValue("s"), CATUnicodeString("new"));
+    EXPECT_EQ(set.getIntegerPropertyValue("i"), 7);
+    EXPECT_TRUE(set.getBooleanPropertyValue("b"));
+    const char* order[] = {"s", "m", "i", "b"};
+    ASSERT_EQ(set.getPropertiesCount(), 4);
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(set.getPropertyNameByIndex(i), CATUnicodeString(order[i])) << i;
+
+    set.addMatrixProperty("m", nullptr);
+    EXPECT_EQ(set.getMatrixPropertyValue("m")[0], 0.0);
+    // A name taken from the replaced property itself survives a change of kind.
+    set.addIntegerProperty(set.getProperty("s")->get_Name(), 3);
+    EXPECT_EQ(set.getIntegerPropertyValue("s"), 3);
+    EXPECT_EQ(set.getPropertyNameByIndex(3), CATUnicodeString("s"));
+}
+
+TEST(QELPropertySet, ManyReplacementsKeepNamesUniqueAndFindable) {
+    // Past a few properties the set indexes its names; replacements of both
+    // kinds leave gaps that later compactions must not lose.
+    QELPropertySet set;
+    for (int i = 0; i < 100; ++i) set.addIntegerProperty(CATUnicodeString("p" + std::to_string(i)), i);
+    for (int round = 0; round < 5; ++round) {
+        for (int i = round; i < 100; i += 3) {
+            const CATUnicodeString name("p" + std::to_string(i));
+            if (round % 2) set.addStringProperty(name, "s");
+            else set.addIntegerProperty(name, -i);
+        }
+        ASSERT_EQ(set.getPropertiesCount(), 100) << round;
+    }
+    std::vector<std::string> names;
+    for (int i = 0; i < 100; ++i) names.push_back(set.getPropertyNameByIndex(i).ToLatin1());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(std::unique(names.begin(), names.end()), names.end());
+    for (int i = 0; i < 100; ++i) {
+        const std::string name = "p" + std::to_string(i);
+        EXPECT_NE(set.getProperty(name.c_str()), nullptr) << name;
+        EXPECT_NE(set.getProperty(CATUnicodeString(name)), nullptr) << name;
+    }
+    // A wide name is found by its own text only, never by its Latin-1 bytes.
+    CATUnicodeString wide;
+    wide.BuildFromUTF8("p\xE2\x82\xAC");
+    set.addIntegerProperty(wide, 1);
+    EXPECT_EQ(set.getIntegerPropertyValue(wide), 1);
+    EXPECT_EQ(set.getProperty(wide.ToLatin1().c_str()), nullptr);
+}
+
 TEST(QELPropertySet, TypedGettersAnswerNeutrallyForMissingOrOtherKinds) {
     QELPropertySet set;
     EXPECT_EQ(set.getIntegerPropertyValue("none"), -1); // no map yet
