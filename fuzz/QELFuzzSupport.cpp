@@ -7,15 +7,11 @@
 #include <fstream>
 #include <sstream>
 
-#include "CV5CAAQELSession.h"
-#include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
-#include "ENVManager.h"
 #include "JNLManager.h"
-#include "PROCManager.h"
 #include "QELHandleTable.h"
-#include "QELSession.h"
 #include "QELSessionFile.h"
+#include "SessionReset.h"
 
 namespace qelfuzz {
 namespace {
@@ -79,13 +75,7 @@ void buildSession(uint8_t selector) {
 }
 
 void resetSession() {
-    CV5CAAToolsCommon::setActiveCATDocument(nullptr);
-    QELSession::freeModel();
-    PROCManager::reset();
-    ENVManager::reset();
-    CV5CAAQELSession::reset();
-    JNLManager::clear();
-    EMHManager::clear();
+    qeltest::resetSession();
     if (!QELHandleTable::restartNumbering()) {
         std::fprintf(stderr, "qel fuzz: %zu components outlive the model\n", QELHandleTable::liveCount());
         std::abort();

@@ -14,6 +14,7 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include "SessionReset.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELSession.h"
 #include "CV5CAAQELWorkSpace.h"
@@ -142,14 +143,7 @@ protected:
         // The sample's OEM description is named for this prefix.
         ENVManager::setOemPrefix("VT");
     }
-    void TearDown() override {
-        QELSession::freeModel();
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        JNLManager::clear();
-        EMHManager::clear();
-    }
+    void TearDown() override { qeltest::resetSession(); }
     SampleModel model;
 };
 

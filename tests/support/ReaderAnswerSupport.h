@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "SessionReset.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELDocument.h"
@@ -141,15 +142,7 @@ struct SmallModel {
 // Puts every process-wide setting back after each test.
 class ReaderTest : public ::testing::Test {
 protected:
-    void TearDown() override {
-        CV5CAAToolsCommon::setActiveCATDocument(nullptr);
-        QELSession::freeModel();
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        JNLManager::clear();
-        EMHManager::clear();
-    }
+    void TearDown() override { qeltest::resetSession(); }
 };
 
 } // namespace reader_test

@@ -19,6 +19,7 @@
 
 #include "CpuClock.h"
 #include "ScratchDir.h"
+#include "SessionReset.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
@@ -265,14 +266,7 @@ protected:
         std::remove(answerPath.c_str());
     }
 
-    static void reset() {
-        QELSession::freeModel();
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        JNLManager::clear();
-        EMHManager::clear();
-    }
+    static void reset() { qeltest::resetSession(); }
 
     static QELComponent* componentNamed(const char* name) {
         for (QELComponent* component : QELHandleTable::liveComponents())
