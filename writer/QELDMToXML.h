@@ -77,15 +77,31 @@ private:
     // without a buffer). It outlives the stream.
     std::string _streamBuffer;
 
-    void writeOpenBalise(const CATUnicodeString& name);
-    void writeCloseBalise(const CATUnicodeString& name);
+    // Element names are mostly literals: each writer takes them as text, so
+    // that no string is built for every line; a CATUnicodeString name is
+    // written as its ISO-8859-1 text.
+    void writeOpenBalise(const char* name);
+    void writeOpenBalise(const CATUnicodeString& name) { writeOpenBalise(name.ConvertToChar()); }
+    void writeCloseBalise(const char* name);
+    void writeCloseBalise(const CATUnicodeString& name) { writeCloseBalise(name.ConvertToChar()); }
     void writeValue(int value);
     void writeValue(const CATUnicodeString& value);
-    void writeBalise(const CATUnicodeString& name, const CATUnicodeString& value, const CATUnicodeString& fallback,
-                     unsigned char writeIfEmpty);
-    void writeBalise(const CATUnicodeString& name, int value);
+    void writeBalise(const char* name, const CATUnicodeString& value, const char* fallback, unsigned char writeIfEmpty);
+    void writeBalise(const char* name, const CATUnicodeString& value, const CATUnicodeString& fallback,
+                     unsigned char writeIfEmpty) {
+        writeBalise(name, value, fallback.ConvertToChar(), writeIfEmpty);
+    }
+    void writeBalise(const CATUnicodeString& name, const CATUnicodeString& value, const char* fallback,
+                     unsigned char writeIfEmpty) {
+        writeBalise(name.ConvertToChar(), value, fallback, writeIfEmpty);
+    }
+    void writeBalise(const char* name, int value);
+    void writeBalise(const CATUnicodeString& name, int value) { writeBalise(name.ConvertToChar(), value); }
     // The component's handle, 16 upper-case hexadecimal digits.
-    void writeBalise(const CATUnicodeString& name, const QELComponent* value);
+    void writeBalise(const char* name, const QELComponent* value);
+    void writeBalise(const CATUnicodeString& name, const QELComponent* value) {
+        writeBalise(name.ConvertToChar(), value);
+    }
     static CATUnicodeString replaceAll(CATUnicodeString text, const CATUnicodeString& what, const CATUnicodeString& by);
     // Twelve numbers, "%.16G", single spaces, a point whatever the locale;
     // empty for a null matrix.

@@ -197,17 +197,14 @@ void QELDMToXML::reportFailure(const char* function, const char* call) {
     JNLManager::writeMsgFormatted("%s: %s; the rest of the description is not written", function, detail.c_str());
 }
 
-void QELDMToXML::writeOpenBalise(const CATUnicodeString& name) {
-    static const CATUnicodeString itemInfo("Item_Info");
-    writeLine("<", name.ConvertToChar(), ">\r\n");
+void QELDMToXML::writeOpenBalise(const char* name) {
+    writeLine("<", name, ">\r\n");
     // Counted even when the stream failed: the end-of-export check compares
     // what the traversal opened with what the header announced.
-    if (name == itemInfo) ++_writtenItems;
+    if (std::strcmp(name, "Item_Info") == 0) ++_writtenItems;
 }
 
-void QELDMToXML::writeCloseBalise(const CATUnicodeString& name) {
-    writeLine("</", name.ConvertToChar(), ">\r\n");
-}
+void QELDMToXML::writeCloseBalise(const char* name) { writeLine("</", name, ">\r\n"); }
 
 void QELDMToXML::writeValue(int value) {
     char text[16];
@@ -217,21 +214,21 @@ void QELDMToXML::writeValue(int value) {
 
 void QELDMToXML::writeValue(const CATUnicodeString& value) { writeLine("", value.ConvertToChar(), "\r\n"); }
 
-void QELDMToXML::writeBalise(const CATUnicodeString& name, const CATUnicodeString& value,
-                             const CATUnicodeString& fallback, unsigned char writeIfEmpty) {
-    if (value.IsNull() && fallback.IsNull() && !writeIfEmpty) return;
+void QELDMToXML::writeBalise(const char* name, const CATUnicodeString& value, const char* fallback,
+                             unsigned char writeIfEmpty) {
+    if (value.IsNull() && !*fallback && !writeIfEmpty) return;
     writeOpenBalise(name);
-    writeValue(value.IsNull() ? fallback : value);
+    writeLine("", value.IsNull() ? fallback : value.ConvertToChar(), "\r\n");
     writeCloseBalise(name);
 }
 
-void QELDMToXML::writeBalise(const CATUnicodeString& name, int value) {
+void QELDMToXML::writeBalise(const char* name, int value) {
     writeOpenBalise(name);
     writeValue(value);
     writeCloseBalise(name);
 }
 
-void QELDMToXML::writeBalise(const CATUnicodeString& name, const QELComponent* value) {
+void QELDMToXML::writeBalise(const char* name, const QELComponent* value) {
     const unsigned long long handle = value ? value->get_Handle() : 0;
     writeOpenBalise(name);
     writeLine("", hexadecimal(handle).data(), "\r\n");

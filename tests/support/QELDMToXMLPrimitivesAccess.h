@@ -20,7 +20,7 @@ struct QELDMToXMLPrimitivesAccess {
     static void writeValue(QELDMToXML& w, const CATUnicodeString& value) { w.writeValue(value); }
     static void writeBalise(QELDMToXML& w, const CATUnicodeString& name, const CATUnicodeString& value,
                             const CATUnicodeString& fallback, unsigned char writeIfEmpty) {
-        w.writeBalise(name, value, fallback, writeIfEmpty);
+        w.writeBalise(name.ConvertToChar(), value, fallback, writeIfEmpty);
     }
     static void writeBalise(QELDMToXML& w, const CATUnicodeString& name, int value) { w.writeBalise(name, value); }
     static void writeBalise(QELDMToXML& w, const CATUnicodeString& name, const QELComponent* value) {
