@@ -1,8 +1,11 @@
 #include "JNLManager.h"
 
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -68,9 +71,29 @@ void record(std::string text) {
     }
 }
 
+void recordBegin(std::string_view function, std::string_view detail) {
+    std::string text;
+    text.reserve(6 + function.size() + (detail.empty() ? 0 : 3 + detail.size()));
+    text.append("BEGIN ").append(function);
+    if (!detail.empty())
+        text.append(" : ").append(detail);
+    record(std::move(text));
+}
+
+void recordEnd(std::string_view function, long returnCode) {
+    char code[24];
+    const std::size_t digits = static_cast<std::size_t>(std::to_chars(code, code + sizeof code, returnCode).ptr - code);
+    std::string text;
+    text.reserve(4 + function.size() + 3 + digits);
+    text.append("END ").append(function).append(" (").append(code, digits) += ')';
+    record(std::move(text));
+}
+
 } // namespace
 
 void JNLManager::writeMsg(const CATUnicodeString& text) { record(text.ToLatin1()); }
+
+void JNLManager::writeMsg(const char* text) { record(text ? text : ""); }
 
 void JNLManager::writeMsgFormatted(const char* format, ...) {
     if (!format)
@@ -99,15 +122,18 @@ void JNLManager::writeMsgFormatted(const char* format, ...) {
 }
 
 void JNLManager::beginFunction(const CATUnicodeString& function, const CATUnicodeString& detail) {
-    std::string text = "BEGIN " + function.ToLatin1();
-    if (!detail.IsNull())
-        text += " : " + detail.ToLatin1();
-    record(std::move(text));
+    recordBegin(function.ToLatin1(), detail.ToLatin1());
+}
+
+void JNLManager::beginFunction(const char* function, const char* detail) {
+    recordBegin(function ? function : "", detail ? detail : "");
 }
 
 void JNLManager::endFunction(const CATUnicodeString& function, long returnCode) {
-    record("END " + function.ToLatin1() + " (" + std::to_string(returnCode) + ")");
+    recordEnd(function.ToLatin1(), returnCode);
 }
+
+void JNLManager::endFunction(const char* function, long returnCode) { recordEnd(function ? function : "", returnCode); }
 
 const std::vector<std::string>& JNLManager::entries() { return state().entries; }
 

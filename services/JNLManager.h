@@ -25,13 +25,16 @@ public:
 
     // One entry, the text as given.
     static void writeMsg(const CATUnicodeString& text);
+    static void writeMsg(const char* text);
     // One entry formatted as printf does; the result may have any length.
     static void writeMsgFormatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
     // "BEGIN <function>", followed by " : <detail>" when a detail is given.
     static void beginFunction(const CATUnicodeString& function,
                               const CATUnicodeString& detail = CATUnicodeString());
+    static void beginFunction(const char* function, const char* detail = "");
     // "END <function> (<returnCode>)".
     static void endFunction(const CATUnicodeString& function, long returnCode);
+    static void endFunction(const char* function, long returnCode);
 
     static const std::vector<std::string>& entries();
     // Forgets the entries held in memory; what went to the output stays there.
