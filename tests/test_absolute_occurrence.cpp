@@ -64,6 +64,11 @@ protected:
         QELSession::freeModel();
         JNLManager::clear();
     }
+
+    // The occurrence A at the top of WS, for the tests of one occurrence.
+    QELWorkSpace ws;
+    QELAbsoluteOccurrence occ{"u1", "A", &ws};
+    QELItem ctx{"Ctx"};
 };
 
 } // namespace
@@ -71,31 +76,28 @@ protected:
 // ---- construction ------------------------------------------------------------
 
 TEST_F(AbsoluteOccurrenceTest, ChildOfWorkspaceHasOwnUidAndInstanceAsPathsAndIsNotLinkedToIt) {
-    QELWorkSpace ws;
-    ws.set_Name("WS");
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
-
-    EXPECT_EQ("A", text(occ.get_Name()));
-    EXPECT_EQ("u1", text(occ.getPathOccUIDS()));
-    EXPECT_EQ("A", text(occ.getPathInstanceNames()));
-    EXPECT_EQ("WS", text(occ.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
-    EXPECT_EQ(nullptr, occ.getLinkedWorkSpace());
-    EXPECT_EQ(nullptr, occ.getLinkedParentAbsoluteOccurrence());
-    EXPECT_EQ(nullptr, ws.getLinkedAbsoluteOccurrences());
+    QELWorkSpace named;
+    named.set_Name("WS");
+    QELAbsoluteOccurrence top("u1", "A", &named);
+    EXPECT_EQ("A", text(top.get_Name()));
+    EXPECT_EQ("u1", text(top.getPathOccUIDS()));
+    EXPECT_EQ("A", text(top.getPathInstanceNames()));
+    EXPECT_EQ("WS", text(top.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
+    EXPECT_EQ(nullptr, top.getLinkedWorkSpace());
+    EXPECT_EQ(nullptr, top.getLinkedParentAbsoluteOccurrence());
+    EXPECT_EQ(nullptr, named.getLinkedAbsoluteOccurrences());
 }
 
 TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence a("u1", "A", &ws);
-    QELAbsoluteOccurrence b("u2", "B", &a);
+    QELAbsoluteOccurrence b("u2", "B", &occ);
     QELAbsoluteOccurrence c("u3", "", &b);
 
     EXPECT_EQ("A+++B", text(b.get_Name()));
     EXPECT_EQ("u1+++u2", text(b.getPathOccUIDS()));
     EXPECT_EQ("A", text(b.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
-    EXPECT_EQ(&a, b.getLinkedParentAbsoluteOccurrence());
-    EXPECT_EQ(&b, a.getLinkedChildAbsoluteOccurrence(0));
-    EXPECT_EQ(nullptr, a.getLinkedChildAbsoluteOccurrence(1));
+    EXPECT_EQ(&occ, b.getLinkedParentAbsoluteOccurrence());
+    EXPECT_EQ(&b, occ.getLinkedChildAbsoluteOccurrence(0));
+    EXPECT_EQ(nullptr, occ.getLinkedChildAbsoluteOccurrence(1));
 
     // Without an instance name the UID path names it, and it has no
     // instance-name path of its own.
@@ -135,8 +137,6 @@ TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceIsNamedByFirstNonEmptyText) {
 }
 
 TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRenames) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
     QELRelativeOccurrence rel("r1", "");
     QELItem item("I");
     rel.linkItem(&item);
@@ -155,8 +155,6 @@ TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRen
 // ---- views -------------------------------------------------------------------
 
 TEST_F(AbsoluteOccurrenceTest, ViewsAreFoundBySignatureAndByContextName) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
     EXPECT_EQ(nullptr, occ.getLinkedAbsoluteViews());
 
     QELItem ctx1("Ctx1");
@@ -190,9 +188,6 @@ TEST_F(AbsoluteOccurrenceTest, ViewsAreFoundBySignatureAndByContextName) {
 // ---- scenes ------------------------------------------------------------------
 
 TEST_F(AbsoluteOccurrenceTest, SceneFilesItselfUnderContextAndOccurrence) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
-    QELItem ctx("Ctx");
     QELScene scene(&occ, &ctx, "S1");
 
     EXPECT_EQ("S1", text(scene.getSignature()));
@@ -207,9 +202,6 @@ TEST_F(AbsoluteOccurrenceTest, SceneFilesItselfUnderContextAndOccurrence) {
 }
 
 TEST_F(AbsoluteOccurrenceTest, SceneWithNullPointerPrintsErrorAndFilesNothing) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
-    QELItem ctx("Ctx");
     ::testing::internal::CaptureStdout();
     QELScene noContext(&occ, nullptr, "S1");
     QELScene noOccurrence(nullptr, &ctx, "S2");
@@ -222,9 +214,6 @@ TEST_F(AbsoluteOccurrenceTest, SceneWithNullPointerPrintsErrorAndFilesNothing) {
 }
 
 TEST_F(AbsoluteOccurrenceTest, CreateSceneFilesOneSceneOwnedByTheModel) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
-    QELItem ctx("Ctx");
     occ.createScene(&ctx, "S1");
     occ.createScene(&ctx, "S2");
 
@@ -247,8 +236,6 @@ TEST_F(AbsoluteOccurrenceTest, CreateSceneFilesOneSceneOwnedByTheModel) {
 // ---- component shape representations -----------------------------------------
 
 TEST_F(AbsoluteOccurrenceTest, ComponentShapeRepresentationsAreLinkedWithTheirName) {
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence occ("u1", "A", &ws);
     EXPECT_EQ(nullptr, occ.getLinkedComponentShapeRepresentations());
 
     QELDocument* made = occ.addComponentShapeRepresentation("Light", "light.cgr");
@@ -271,42 +258,37 @@ TEST_F(AbsoluteOccurrenceTest, ComponentShapeRepresentationsAreLinkedWithTheirNa
 
 // ---- signatures --------------------------------------------------------------
 
+// A context that is no ancestor's item (its own item included) fails and
+// clears the signature; contexts are compared by name.
 TEST_F(AbsoluteOccurrenceTest, SignatureRunsUpToEachAncestorContext) {
     Assembly a;
-    CATUnicodeString signature;
-    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&a.itemSub, signature));
-    EXPECT_EQ("Bolt+++ItemSub", text(signature));
-    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&a.itemTop, signature));
-    EXPECT_EQ("Bolt+++Sub+++ItemTop", text(signature));
-    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&a.root, signature));
-    EXPECT_EQ("Bolt+++Sub+++Top+++Root", text(signature));
-    EXPECT_EQ(0, a.top->buildAbsoluteViewSignature(&a.root, signature));
-    EXPECT_EQ("Top+++Root", text(signature));
-
-    // Contexts are compared by name.
     QELItem rootTwin("Root");
-    EXPECT_EQ(0, a.bolt->buildAbsoluteViewSignature(&rootTwin, signature));
-    EXPECT_EQ("Bolt+++Sub+++Top+++Root", text(signature));
-}
-
-TEST_F(AbsoluteOccurrenceTest, SignatureFailsForNullOrNonAncestorContext) {
-    Assembly a;
     QELItem stranger("Stranger");
-    CATUnicodeString signature("left over");
-    EXPECT_EQ(kFail, a.bolt->buildAbsoluteViewSignature(&stranger, signature));
-    EXPECT_EQ("", text(signature));
-    // Its own item is not an ancestor's.
-    signature = "left over";
-    EXPECT_EQ(kFail, a.bolt->buildAbsoluteViewSignature(&a.itemBolt, signature));
-    EXPECT_EQ("", text(signature));
-    signature = "left over";
-    EXPECT_EQ(kFail, a.bolt->buildAbsoluteViewSignature(nullptr, signature));
-    EXPECT_EQ("", text(signature));
+    const struct {
+        QELAbsoluteOccurrence* occurrence;
+        const QELItem* context;
+        long status;
+        const char* expected;
+    } rows[] = {
+        {a.bolt.get(), &a.itemSub, 0, "Bolt+++ItemSub"},
+        {a.bolt.get(), &a.itemTop, 0, "Bolt+++Sub+++ItemTop"},
+        {a.bolt.get(), &a.root, 0, "Bolt+++Sub+++Top+++Root"},
+        {a.top.get(), &a.root, 0, "Top+++Root"},
+        {a.bolt.get(), &rootTwin, 0, "Bolt+++Sub+++Top+++Root"},
+        {a.bolt.get(), &stranger, kFail, ""},
+        {a.bolt.get(), &a.itemBolt, kFail, ""},
+        {a.bolt.get(), nullptr, kFail, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.context ? text(row.context->get_Name()) : "no context");
+        CATUnicodeString signature("left over");
+        EXPECT_EQ(row.status, row.occurrence->buildAbsoluteViewSignature(row.context, signature));
+        EXPECT_EQ(row.expected, text(signature));
+    }
 
     // A parent without an item ends the walk.
-    QELWorkSpace ws;
-    QELAbsoluteOccurrence top("v1", "T", &ws);
-    QELAbsoluteOccurrence leaf("v2", "L", &top);
+    CATUnicodeString signature;
+    QELAbsoluteOccurrence leaf("v2", "L", &occ);
     EXPECT_EQ(kFail, leaf.buildAbsoluteViewSignature(&a.root, signature));
 }
 
@@ -418,10 +400,10 @@ TEST_F(AbsoluteOccurrenceTest, AllAbsViewsPassesOnTheLastSignatureStatus) {
     // A parent without an item is skipped as a context, and it also cuts
     // every walk that has to pass it: nothing is found above it.
     QELItem rootItem("R");
-    QELWorkSpace ws;
-    ws.linkItem(&rootItem);
-    QELAbsoluteOccurrence top("v1", "T", &ws);
-    top.linkWorkSpace(&ws);
+    QELWorkSpace other;
+    other.linkItem(&rootItem);
+    QELAbsoluteOccurrence top("v1", "T", &other);
+    top.linkWorkSpace(&other);
     QELAbsoluteOccurrence leaf("v2", "L", &top);
     QELAbsoluteView leafView("L+++T+++R");
     rootItem.linkAbsoluteView(&leafView);
