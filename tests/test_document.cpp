@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "QELDocument.h"
@@ -54,12 +55,10 @@ TEST_F(DocumentTest, TypeIsUnsetWithoutOneAndReplacedBySetType) {
 TEST_F(DocumentTest, ForeignFileNeedsExactlyUpperCaseFF) {
     QELDocument d("D", EnumDocumentType_Part);
     EXPECT_FALSE(d.isAForeignFile());
-    d.addStringProperty("IsAForeignFile", "ff");
-    EXPECT_FALSE(d.isAForeignFile());
-    d.addStringProperty("IsAForeignFile", "FF ");
-    EXPECT_FALSE(d.isAForeignFile());
-    d.addStringProperty("IsAForeignFile", "FF");
-    EXPECT_TRUE(d.isAForeignFile());
+    for (const char* value : {"ff", "FF ", "FF"}) {
+        d.addStringProperty("IsAForeignFile", value);
+        EXPECT_EQ(d.isAForeignFile(), std::string(value) == "FF") << value;
+    }
 }
 
 TEST(QELUtilitiesDocument, ReferenceNamePerDocumentType) {

@@ -121,34 +121,26 @@ TEST(UtilStringSplit, CutsTextsBeyondLatin1OnCharacters) {
 }
 
 TEST(UtilFileSplitPath, CutsAtTheLastSeparatorOfEitherKind) {
-    CATUnicodeString path, name;
-    EXPECT_EQ(UTILFile::splitPathAndFileName("/data/wsp/Part1.CATPart", path, name), 0);
-    EXPECT_EQ(path, CATUnicodeString("/data/wsp"));
-    EXPECT_EQ(name, CATUnicodeString("Part1.CATPart"));
-
-    UTILFile::splitPathAndFileName("C:\\work/sub\\a.txt", path, name);
-    EXPECT_EQ(path, CATUnicodeString("C:\\work/sub"));
-    EXPECT_EQ(name, CATUnicodeString("a.txt"));
-
-    UTILFile::splitPathAndFileName("dir/", path, name);
-    EXPECT_EQ(path, CATUnicodeString("dir"));
-    EXPECT_EQ(name, CATUnicodeString(""));
-
-    UTILFile::splitPathAndFileName("/root.txt", path, name);
-    EXPECT_EQ(path, CATUnicodeString(""));
-    EXPECT_EQ(name, CATUnicodeString("root.txt"));
-
-    EXPECT_EQ(UTILFile::splitPathAndFileName("plain.txt", path, name), 0);
-    EXPECT_EQ(path, CATUnicodeString(""));
-    EXPECT_EQ(name, CATUnicodeString("plain.txt"));
-
+    const struct {
+        const char *text, *path, *name;
+    } rows[] = {{"/data/wsp/Part1.CATPart", "/data/wsp", "Part1.CATPart"},
+                {"C:\\work/sub\\a.txt", "C:\\work/sub", "a.txt"},
+                {"dir/", "dir", ""},
+                {"/root.txt", "", "root.txt"},
+                {"plain.txt", "", "plain.txt"}};
+    for (const auto& row : rows) {
+        CATUnicodeString path("stale"), name("stale");
+        EXPECT_EQ(UTILFile::splitPathAndFileName(row.text, path, name), 0) << row.text;
+        EXPECT_EQ(path, CATUnicodeString(row.path)) << row.text;
+        EXPECT_EQ(name, CATUnicodeString(row.name)) << row.text;
+    }
+    CATUnicodeString path("stale"), name("stale");
     EXPECT_EQ(UTILFile::splitPathAndFileName("", path, name), -1);
     EXPECT_TRUE(path.IsNull());
     EXPECT_TRUE(name.IsNull());
-}
 
-TEST(UtilFileSplitPath, AcceptsItsInputAsAnOutput) {
-    CATUnicodeString text("dir/file.txt"), path;
+    // The input may be one of the outputs.
+    CATUnicodeString text("dir/file.txt");
     UTILFile::splitPathAndFileName(text, path, text);
     EXPECT_EQ(path, CATUnicodeString("dir"));
     EXPECT_EQ(text, CATUnicodeString("file.txt"));
@@ -163,30 +155,28 @@ TEST(UtilFileExtension, TakesTheLastDotOfTheFileNameOnly) {
     EXPECT_EQ(UTILFile::getExtension(""), CATUnicodeString(""));
 }
 
-TEST(UtilFileReadLine, RemovesEveryKindOfLineEnd) {
-    ScratchFile file("crlf\r\nlf\n\r\n\nlast\r");
-    ASSERT_NE(file.in(), nullptr);
-    EXPECT_EQ(allLines(file.in()), (std::vector<std::string>{"crlf", "lf", "", "", "last"}));
-}
-
-TEST(UtilFileReadLine, ReadsALastLineWithoutLineEnd) {
-    ScratchFile file("first\nno newline");
-    EXPECT_EQ(allLines(file.in()), (std::vector<std::string>{"first", "no newline"}));
-}
-
-TEST(UtilFileReadLine, AnswersEndOfFileAtOnceOnAnEmptyFile) {
-    ScratchFile file("");
-    std::string line = "stale";
-    EXPECT_EQ(UTILFile::readLine(file.in(), line), 0);
-    EXPECT_EQ(line, "");
-    EXPECT_EQ(UTILFile::readLine(file.in(), line), 0);
-}
-
-TEST(UtilFileReadLine, ReadsAVeryLongLineWhole) {
+TEST(UtilFileReadLine, RemovesEveryKindOfLineEndAndNothingElse) {
     std::string longLine(100000, 'v');
     longLine[54321] = '\r'; // a CR inside a line is data
-    ScratchFile file(longLine + "\r\nnext\n");
-    EXPECT_EQ(allLines(file.in()), (std::vector<std::string>{longLine, "next"}));
+    const struct {
+        std::string bytes;
+        std::vector<std::string> lines;
+    } rows[] = {
+        {"crlf\r\nlf\n\r\n\nlast\r", {"crlf", "lf", "", "", "last"}},
+        {"first\nno newline", {"first", "no newline"}},
+        {"", {}},
+        {longLine + "\r\nnext\n", {longLine, "next"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.bytes.substr(0, 20));
+        ScratchFile file(row.bytes);
+        ASSERT_NE(file.in(), nullptr);
+        EXPECT_EQ(allLines(file.in()), row.lines);
+        // The end of the file stays the end.
+        std::string line = "stale";
+        EXPECT_EQ(UTILFile::readLine(file.in(), line), 0);
+        EXPECT_EQ(line, "");
+    }
 }
 
 TEST(UtilFileReadLine, KeepsEveryByteAsLatin1) {
