@@ -15,8 +15,6 @@ using namespace reader_test;
 
 namespace {
 
-std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
-
 std::string attribut(const std::string& a, const std::string& b) {
     return "<Attribut>\n" + a + "\n" + b + "\n</Attribut>\n";
 }

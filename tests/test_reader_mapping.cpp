@@ -18,14 +18,6 @@ namespace {
 
 const long kFail = QEL_E_FAIL;
 
-std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
-
-std::vector<std::string> strings(const TYPVectorCATUnicodeString* v) {
-    std::vector<std::string> out;
-    for (int i = 0; v && i < v->size(); ++i) out.push_back(text((*v)[i]));
-    return out;
-}
-
 std::string attributs(const std::vector<std::string>& values) {
     std::string out;
     for (const auto& v : values) out += leaf("Attribut", v);

@@ -8,6 +8,7 @@
 
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "SessionReset.h"
 #include "ScratchDir.h"
@@ -74,6 +75,15 @@ inline std::string answer(int n, const std::string& entries, const std::string& 
     text += count(n);
     if (optionsAfter) text += options;
     return text + entries + "</DESCFILE>\n";
+}
+
+inline std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
+
+// The strings of `v`, none when it is null.
+inline std::vector<std::string> strings(const TYPVectorCATUnicodeString* v) {
+    std::vector<std::string> out;
+    for (int i = 0; v && i < v->size(); ++i) out.push_back(text((*v)[i]));
+    return out;
 }
 
 inline std::string pointerOf(const QELComponent* component) {
