@@ -28,6 +28,15 @@ protected:
         EXPECT_EQ(QELHandleTable::liveCount(), 0u);
     }
 
+    // Each row as "class component property type: old -> new", "(none)" for
+    // an old value there was not.
+    std::vector<std::string> lines() const {
+        std::vector<std::string> out;
+        for (const Row& r : rows())
+            out.push_back(r.className + " " + r.component + " " + r.property + " " + r.type + ": " +
+                          (r.hadValue ? r.oldValue : "(none)") + " -> " + r.newValue);
+        return out;
+    }
     std::vector<Row> rows() const {
         std::vector<Row> out;
         table.diff([&out](const QELChange& c) {
@@ -68,22 +77,10 @@ TEST_F(ChangeTableTest, ChangedAndNewPropertiesInComponentOrder) {
     // A replaced property moves to the end of the set, and its kind may change.
     bolt->addIntegerProperty("Nomenclature", 7);
 
-    const std::vector<Row> changes = rows();
-    ASSERT_EQ(changes.size(), 4u);
-    EXPECT_EQ(changes[0].className, "QELITEM");
-    EXPECT_EQ(changes[0].component, "Bolt");
-    EXPECT_EQ(changes[0].property, "Item_ID");
-    EXPECT_EQ(changes[0].oldValue, "Bolt");
-    EXPECT_EQ(changes[0].newValue, "ITM-000001");
-    EXPECT_EQ(changes[1].property, "Old_Part_Number");
-    EXPECT_FALSE(changes[1].hadValue);
-    EXPECT_EQ(changes[2].property, "Nomenclature");
-    EXPECT_EQ(changes[2].type, "integer");
-    EXPECT_EQ(changes[2].oldValue, "M8");
-    EXPECT_EQ(changes[2].newValue, "7");
-    EXPECT_EQ(changes[3].component, "Shaft");
-    EXPECT_EQ(changes[3].oldValue, "0");
-    EXPECT_EQ(changes[3].newValue, "1");
+    EXPECT_EQ(lines(), (std::vector<std::string>{"QELITEM Bolt Item_ID string: Bolt -> ITM-000001",
+                                                 "QELITEM Bolt Old_Part_Number string: (none) -> BLT-008",
+                                                 "QELITEM Bolt Nomenclature integer: M8 -> 7",
+                                                 "QELITEM Shaft Update_Flag integer: 0 -> 1"}));
 }
 
 TEST_F(ChangeTableTest, SessionComesFirstAndNewComponentsShowEveryProperty) {
@@ -126,15 +123,15 @@ TEST_F(ChangeTableTest, ValuesOfEveryKindAreComparedAsText) {
     document->addDynamicProperty("Mapping_Attribut", "pdm_status", "Working", false);
     document->addStringArrayProperty("VtSkipped", "b");
 
-    const std::vector<Row> changes = rows();
+    const std::vector<std::string> changes = lines();
     ASSERT_EQ(changes.size(), 3u);
-    EXPECT_EQ(changes[0].property, "Mapping_Attribut");
-    EXPECT_EQ(changes[0].oldValue, "Material=Steel");
-    EXPECT_EQ(changes[0].newValue, "Material=Steel; pdm_status=Working");
-    EXPECT_EQ(changes[1].property, "VtSkipped");
-    EXPECT_EQ(changes[1].newValue, "[a, b]");
-    EXPECT_EQ(changes[2].property, "RelativeMatrix");
-    EXPECT_NE(changes[2].oldValue, changes[2].newValue);
+    EXPECT_EQ(changes[0], "QELDOCUMENT Bolt.CATPart Mapping_Attribut pairs: Material=Steel -> "
+                          "Material=Steel; pdm_status=Working");
+    EXPECT_EQ(changes[1], "QELDOCUMENT Bolt.CATPart VtSkipped strings: [a] -> [a, b]");
+    // The two matrices differ in their last digits only.
+    EXPECT_EQ(changes[2].rfind("QELDOCUMENT Bolt.CATPart RelativeMatrix matrix: ", 0), 0u) << changes[2];
+    const Row matrix = rows()[2];
+    EXPECT_NE(matrix.oldValue, matrix.newValue);
 }
 
 TEST_F(ChangeTableTest, TextRenderingOfEachKind) {
