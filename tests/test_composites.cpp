@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 #include "QELDocument.h"
@@ -58,22 +59,20 @@ TEST_F(CompositesTest, GettersReadTheirOwnPropertyNotTheName) {
     QELSequence sequence(&group, "Seq.1");
     QELPly ply(&sequence, "Ply.1");
 
-    EXPECT_EQ("", text(body.getBody()));
-    EXPECT_EQ("", text(stacking.getStacking()));
-    EXPECT_EQ("", text(group.getPliesGroup()));
-    EXPECT_EQ("", text(sequence.getSequence()));
-    EXPECT_EQ("", text(ply.getPly()));
-
-    body.addStringProperty("display_name", "Skin");
-    stacking.addStringProperty("stacking_name", "Main stacking");
-    group.addStringProperty("plies_group_name", "Upper");
-    sequence.addStringProperty("sequence_name", "S-01");
-    ply.addStringProperty("ply_name", "P-01");
-    EXPECT_EQ("Skin", text(body.getBody()));
-    EXPECT_EQ("Main stacking", text(stacking.getStacking()));
-    EXPECT_EQ("Upper", text(group.getPliesGroup()));
-    EXPECT_EQ("S-01", text(sequence.getSequence()));
-    EXPECT_EQ("P-01", text(ply.getPly()));
+    const struct {
+        QELComponent* component;
+        const char* property;
+        std::function<CATUnicodeString()> get;
+    } rows[] = {{&body, "display_name", [&] { return body.getBody(); }},
+                {&stacking, "stacking_name", [&] { return stacking.getStacking(); }},
+                {&group, "plies_group_name", [&] { return group.getPliesGroup(); }},
+                {&sequence, "sequence_name", [&] { return sequence.getSequence(); }},
+                {&ply, "ply_name", [&] { return ply.getPly(); }}};
+    for (const auto& row : rows) {
+        EXPECT_EQ("", text(row.get())) << row.property;
+        row.component->addStringProperty(row.property, "value");
+        EXPECT_EQ("value", text(row.get())) << row.property;
+    }
     EXPECT_EQ("Ply.1", text(ply.get_Name()));
 }
 
