@@ -2,20 +2,17 @@
 #define QELDMToXMLAssemblyAccess_H
 
 // The writer's occurrence, design-table and composites writers for their
-// tests, and what those tests share: a fixture that resets every process-wide
-// setting, one writer call run into a fresh file, and small model builders.
+// tests, and what those tests share besides the writer's fixture and run:
+// expected lines written compactly, and small model builders.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <functional>
 #include <initializer_list>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "ScratchDir.h"
+#include "WriterDriverSupport.h"
 #include "CV5CAAQELSession.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
@@ -65,21 +62,7 @@ namespace assembly_test {
 
 typedef std::vector<std::string> Lines;
 
-class AssemblyWriterTest : public ::testing::Test {
-protected:
-    void SetUp() override { resetAll(); }
-    void TearDown() override {
-        QELSession::freeModel();
-        resetAll();
-    }
-    static void resetAll() {
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        JNLManager::clear();
-        EMHManager::clear();
-    }
-};
+using AssemblyWriterTest = writertest::WriterTest;
 
 // Expected lines written compactly: "|" ends a line, so "<A>||</A>" is three
 // lines with an empty one between; "" is no line at all.
@@ -97,27 +80,7 @@ inline Lines L(const std::string& text) {
 
 // Runs `call` on a writer over a fresh file and answers the file's lines.
 // Fails the test when a line does not end with CR LF.
-inline Lines written(const std::function<void(QELDMToXML&)>& call) {
-    static int run = 0;
-    const std::string path = qeltest::scratchDir() + "qel_assembly_" + std::to_string(++run) + ".xml";
-    {
-        QELDMToXML writer(path.c_str());
-        call(writer);
-    }
-    std::stringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    std::remove(path.c_str());
-    const std::string text = content.str();
-    Lines lines;
-    for (std::string::size_type start = 0, end; start < text.size(); start = end + 1) {
-        end = text.find('\n', start);
-        const bool crlf = end != std::string::npos && end > start && text[end - 1] == '\r';
-        EXPECT_TRUE(crlf) << "line without CR LF after: " << text.substr(0, end);
-        if (!crlf) return lines;
-        lines.push_back(text.substr(start, end - 1 - start));
-    }
-    return lines;
-}
+inline Lines written(const std::function<void(QELDMToXML&)>& call) { return writertest::describe(call); }
 
 inline std::string joined(const Lines& lines) {
     std::string all;

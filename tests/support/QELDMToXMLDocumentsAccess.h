@@ -2,21 +2,18 @@
 #define QELDMToXMLDocumentsAccess_H
 
 // Access to the writer's document-block members for their tests, and what
-// those tests share: a fixture that resets every process-wide setting, a run
-// of one writer call into a fresh file, readers of the lines written, and a
-// small assembly that makes nearly every element of a block appear.
+// those tests share besides the writer's fixture and run: readers of the
+// lines written, and a small assembly that makes nearly every element of a
+// block appear.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <functional>
 #include <initializer_list>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "ScratchDir.h"
+#include "WriterDriverSupport.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELAbsoluteView.h"
 #include "CV5CAAQELDocument.h"
@@ -96,52 +93,12 @@ namespace documents_test {
 
 typedef std::vector<std::string> Lines;
 
-// Every process-wide setting back to its default around each test, and the
-// model freed at the end.
-class DocumentsTest : public ::testing::Test {
-protected:
-    void SetUp() override { resetAll(); }
-    void TearDown() override {
-        QELSession::freeModel();
-        resetAll();
-    }
-    static void resetAll() {
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        JNLManager::clear();
-        EMHManager::clear();
-    }
-};
+using DocumentsTest = writertest::WriterTest;
+using writertest::countOf;
 
 // Runs `call` on a writer over a fresh file and answers the file's lines
 // without their line ends. Fails the test if a line does not end with CR LF.
-inline Lines written(const std::function<void(QELDMToXML&)>& call) {
-    static int run = 0;
-    const std::string path = qeltest::scratchDir() + "qel_documents_" + std::to_string(++run) + ".xml";
-    {
-        QELDMToXML writer(path.c_str());
-        call(writer);
-    }
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream content;
-    content << in.rdbuf();
-    const std::string text = content.str();
-    std::remove(path.c_str());
-
-    Lines lines;
-    size_t start = 0;
-    while (start < text.size()) {
-        const size_t end = text.find('\n', start);
-        if (end == std::string::npos || end == start || text[end - 1] != '\r') {
-            ADD_FAILURE() << "line without CR LF after: " << text.substr(0, start);
-            break;
-        }
-        lines.push_back(text.substr(start, end - 1 - start));
-        start = end + 1;
-    }
-    return lines;
-}
+inline Lines written(const std::function<void(QELDMToXML&)>& call) { return writertest::describe(call); }
 
 inline bool isOpening(const std::string& line) {
     return line.size() > 2 && line[0] == '<' && line[1] != '/' && line.back() == '>';
@@ -203,12 +160,6 @@ inline Lines valuesOf(const Lines& lines, const std::string& name) {
         if (lines[i] == "<" + name + ">" && lines[i + 2] == "</" + name + ">") values.push_back(lines[i + 1]);
     }
     return values;
-}
-
-inline int countOf(const Lines& lines, const std::string& text) {
-    int n = 0;
-    for (const std::string& line : lines) n += line == text ? 1 : 0;
-    return n;
 }
 
 inline void setPairs(QELComponent* c, const char* property, std::initializer_list<const char*> strings) {

@@ -108,21 +108,23 @@ inline std::vector<long> codesReported() {
     return codes;
 }
 
-inline void resetSettings() {
-    PROCManager::reset();
-    ENVManager::reset();
-    CV5CAAQELSession::reset();
-    CV5CAAToolsCommon::setActiveCATDocument(nullptr);
-    JNLManager::clear();
-    EMHManager::clear();
-}
-
+// Every process-wide setting back to its default around each test, and the
+// model freed at the end. Shared by all the writer's tests.
 class WriterTest : public ::testing::Test {
 protected:
-    void SetUp() override { resetSettings(); }
+    void SetUp() override { resetAll(); }
     void TearDown() override {
         QELSession::freeModel();
-        resetSettings();
+        resetAll();
+    }
+    // The settings only: the model stays.
+    static void resetAll() {
+        PROCManager::reset();
+        ENVManager::reset();
+        CV5CAAQELSession::reset();
+        CV5CAAToolsCommon::setActiveCATDocument(nullptr);
+        JNLManager::clear();
+        EMHManager::clear();
     }
 };
 
