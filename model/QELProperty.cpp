@@ -3,14 +3,24 @@
 #include "CATIProduct.h"
 #include "CATListValCATUnicodeString.h"
 #include "QELKeeper.h"
+#include "QELPropertyNames.h"
 #include "TYPVector.h"
 
-QELProperty::QELProperty() : _type(0), _value(nullptr) {}
+QELProperty::QELProperty()
+    : _type(0), _name(QELPropertyNames::acquire(CATUnicodeString())), _value(nullptr) {}
 
 QELProperty::QELProperty(int type, const CATUnicodeString& name, void* value)
-    : _type(type), _name(name), _value(value) {}
+    : _type(type), _name(QELPropertyNames::acquire(name)), _value(value) {}
+
+void QELProperty::set_Name(const CATUnicodeString& name) {
+    // Acquired first: `name` may be this property's own name.
+    const CATUnicodeString* shared = QELPropertyNames::acquire(name);
+    QELPropertyNames::release(_name);
+    _name = shared;
+}
 
 QELProperty::~QELProperty() {
+    QELPropertyNames::release(_name);
     switch (_type) {
     case QELPROPERTY_STRING:
         delete static_cast<CATUnicodeString*>(_value);

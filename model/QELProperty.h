@@ -33,8 +33,9 @@ public:
     QELProperty& operator=(const QELProperty&) = delete;
     ~QELProperty();
 
-    const CATUnicodeString& get_Name() const { return _name; }
-    void set_Name(const CATUnicodeString& name) { _name = name; }
+    // The name is the shared copy kept by QELPropertyNames.
+    const CATUnicodeString& get_Name() const { return *_name; }
+    void set_Name(const CATUnicodeString& name);
     int get_Type() const { return _type; }
     void set_Type(int type) { _type = type; }
     void* get_Value() const { return _value; }
@@ -43,7 +44,7 @@ public:
 
 private:
     int _type;
-    CATUnicodeString _name;
+    const CATUnicodeString* _name;
     void* _value;
 };
 

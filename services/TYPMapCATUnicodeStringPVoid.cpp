@@ -8,15 +8,16 @@ TYPMapCATUnicodeStringPVoid::TYPMapCATUnicodeStringPVoid(const char* name, int i
 }
 
 long TYPMapCATUnicodeStringPVoid::locate(const CATUnicodeString& key) const {
-    if (_slots.empty()) {
+    if (!_slots) {
         for (size_t i = 0; i < _entries.size(); ++i) {
             if (_entries[i].live() && _entries[i].key == key) return static_cast<long>(i);
         }
         return -1;
     }
-    size_t mask = _slots.size() - 1;
+    const std::vector<uint32_t>& slots = *_slots;
+    size_t mask = slots.size() - 1;
     for (size_t s = CATUnicodeStringHash()(key) & mask;; s = (s + 1) & mask) {
-        uint32_t e = _slots[s];
+        uint32_t e = slots[s];
         if (e == kEmptySlot) return -1;
         if (_entries[e].live() && _entries[e].key == key) return static_cast<long>(e);
     }
@@ -26,36 +27,38 @@ long TYPMapCATUnicodeStringPVoid::locate(const CATUnicodeString& key) const {
 // same ISO-8859-1 bytes; it hashes as CATUnicodeStringHash hashes that entry.
 long TYPMapCATUnicodeStringPVoid::locate(std::string_view key) const {
     auto same = [&key](const Entry& e) { return e.live() && !e.key.IsWide() && e.key.ToLatin1() == key; };
-    if (_slots.empty()) {
+    if (!_slots) {
         for (size_t i = 0; i < _entries.size(); ++i) {
             if (same(_entries[i])) return static_cast<long>(i);
         }
         return -1;
     }
-    size_t mask = _slots.size() - 1;
+    const std::vector<uint32_t>& slots = *_slots;
+    size_t mask = slots.size() - 1;
     for (size_t s = std::hash<std::string_view>()(key) & mask;; s = (s + 1) & mask) {
-        uint32_t e = _slots[s];
+        uint32_t e = slots[s];
         if (e == kEmptySlot) return -1;
         if (same(_entries[e])) return static_cast<long>(e);
     }
 }
 
 void TYPMapCATUnicodeStringPVoid::indexEntry(uint32_t entry) const {
-    size_t mask = _slots.size() - 1;
+    std::vector<uint32_t>& slots = *_slots;
+    size_t mask = slots.size() - 1;
     size_t s = CATUnicodeStringHash()(_entries[entry].key) & mask;
-    while (_slots[s] != kEmptySlot) s = (s + 1) & mask;
-    _slots[s] = entry;
+    while (slots[s] != kEmptySlot) s = (s + 1) & mask;
+    slots[s] = entry;
 }
 
 void TYPMapCATUnicodeStringPVoid::rebuildIndex() const {
     if (_entries.size() <= kLinearLimit) {
-        _slots.clear();
-        _slots.shrink_to_fit();
+        _slots.reset();
         return;
     }
     size_t want = 16;
     while (want < _entries.size() * 2) want <<= 1;
-    _slots.assign(want, kEmptySlot);
+    if (!_slots) _slots = std::make_unique<std::vector<uint32_t>>();
+    _slots->assign(want, kEmptySlot);
     for (size_t i = 0; i < _entries.size(); ++i) {
         if (_entries[i].live()) indexEntry(static_cast<uint32_t>(i));
     }
@@ -89,7 +92,7 @@ void TYPMapCATUnicodeStringPVoid::append(CATUnicodeString&& key, void* object, c
         compact();
     } else if (_entries.size() > kLinearLimit) {
         // Keep the table at most half full, tombstones included.
-        if (_slots.size() < _entries.size() * 2) {
+        if (!_slots || _slots->size() < _entries.size() * 2) {
             rebuildIndex();
         } else {
             indexEntry(static_cast<uint32_t>(_entries.size() - 1));
@@ -125,7 +128,7 @@ int TYPMapCATUnicodeStringPVoid::erase(const CATUnicodeString& key) {
 
 void TYPMapCATUnicodeStringPVoid::clear() {
     _entries.clear();
-    _slots.clear();
+    _slots.reset();
     _live = 0;
 }
 

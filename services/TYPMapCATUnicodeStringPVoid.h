@@ -2,6 +2,7 @@
 #define TYPMapCATUnicodeStringPVoid_H
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -97,7 +98,9 @@ private:
     // Erased entries stay as tombstones until the next compaction; both are
     // mutable because a const index access may compact.
     mutable std::vector<Entry> _entries;
-    mutable std::vector<uint32_t> _slots; // open addressing over _entries, empty while small
+    // Open addressing over _entries, absent while the map is small (most
+    // relation maps hold one entry: the index would double their size).
+    mutable std::unique_ptr<std::vector<uint32_t>> _slots;
     size_t _live = 0;
 };
 

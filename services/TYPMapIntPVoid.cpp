@@ -7,9 +7,9 @@ TYPMapIntPVoid::TYPMapIntPVoid(const char* name, int initialSize) : _name(TYPTyp
 }
 
 const TYPMapIntPVoid::Entry* TYPMapIntPVoid::locate(int key) const {
-    if (!_tree.empty()) {
-        auto it = _tree.find(key);
-        return it == _tree.end() ? nullptr : &it->second;
+    if (_tree) {
+        auto it = _tree->find(key);
+        return it == _tree->end() ? nullptr : &it->second;
     }
     auto it = std::lower_bound(_flat.begin(), _flat.end(), key,
                                [](const Entry& e, int k) { return e.key < k; });
@@ -18,7 +18,7 @@ const TYPMapIntPVoid::Entry* TYPMapIntPVoid::locate(int key) const {
 
 int TYPMapIntPVoid::insert(int key, void* object, const char* typeTag, int /*flag*/) {
     Entry entry{key, object, TYPTypeTag::intern(typeTag)};
-    if (!_tree.empty()) return _tree.emplace(key, entry).second ? 1 : 0;
+    if (_tree) return _tree->emplace(key, entry).second ? 1 : 0;
     auto it = std::lower_bound(_flat.begin(), _flat.end(), key,
                                [](const Entry& e, int k) { return e.key < k; });
     if (it != _flat.end() && it->key == key) return 0;
@@ -27,10 +27,11 @@ int TYPMapIntPVoid::insert(int key, void* object, const char* typeTag, int /*fla
         return 1;
     }
     // Large and out of order: move to the tree.
-    for (const Entry& e : _flat) _tree.emplace_hint(_tree.end(), e.key, e);
+    _tree = std::make_unique<std::map<int, Entry>>();
+    for (const Entry& e : _flat) _tree->emplace_hint(_tree->end(), e.key, e);
     _flat.clear();
     _flat.shrink_to_fit();
-    _tree.emplace(key, entry);
+    _tree->emplace(key, entry);
     return 1;
 }
 
@@ -42,8 +43,10 @@ void* TYPMapIntPVoid::find(int key, const char* typeTag) const {
 }
 
 int TYPMapIntPVoid::erase(int key) {
-    if (!_tree.empty()) {
-        int erased = static_cast<int>(_tree.erase(key));
+    if (_tree) {
+        const int erased = static_cast<int>(_tree->erase(key));
+        // Back to the vector once empty, as a new map would be.
+        if (_tree->empty()) _tree.reset();
         return erased;
     }
     auto it = std::lower_bound(_flat.begin(), _flat.end(), key,
@@ -55,13 +58,13 @@ int TYPMapIntPVoid::erase(int key) {
 
 void TYPMapIntPVoid::clear() {
     _flat.clear();
-    _tree.clear();
+    _tree.reset();
 }
 
 TYPMapIntPVoid::const_iterator TYPMapIntPVoid::begin() const {
-    return const_iterator(this, 0, _tree.begin());
+    return _tree ? const_iterator(this, 0, _tree->begin()) : const_iterator(this, 0, Node());
 }
 
 TYPMapIntPVoid::const_iterator TYPMapIntPVoid::end() const {
-    return const_iterator(this, _tree.empty() ? _flat.size() : 0, _tree.end());
+    return _tree ? const_iterator(this, 0, _tree->end()) : const_iterator(this, _flat.size(), Node());
 }

@@ -2,6 +2,7 @@
 #define TYPMapIntPVoid_H
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,16 +26,17 @@ public:
 
     class const_iterator {
     public:
+        // Over the vector, `node` is a value-initialised iterator.
         const_iterator(const TYPMapIntPVoid* map, size_t pos,
                        std::map<int, Entry>::const_iterator node)
             : _map(map), _pos(pos), _node(node) {}
-        const Entry& operator*() const { return _map->_tree.empty() ? _map->_flat[_pos] : _node->second; }
+        const Entry& operator*() const { return _map->_tree ? _node->second : _map->_flat[_pos]; }
         const Entry* operator->() const { return &**this; }
         const_iterator& operator++() {
-            if (_map->_tree.empty()) {
-                ++_pos;
-            } else {
+            if (_map->_tree) {
                 ++_node;
+            } else {
+                ++_pos;
             }
             return *this;
         }
@@ -57,7 +59,7 @@ public:
     void* find(int key, const char* typeTag = "") const;
     int erase(int key);
     void clear();
-    int size() const { return static_cast<int>(_tree.empty() ? _flat.size() : _tree.size()); }
+    int size() const { return static_cast<int>(_tree ? _tree->size() : _flat.size()); }
     bool empty() const { return size() == 0; }
 
     const_iterator begin() const;
@@ -69,8 +71,11 @@ private:
     const Entry* locate(int key) const;
 
     const std::string* _name;
-    std::vector<Entry> _flat;   // used while _tree is empty
-    std::map<int, Entry> _tree; // used once the map went large
+    using Node = std::map<int, Entry>::const_iterator;
+    std::vector<Entry> _flat; // used while there is no tree
+    // Once the map went large out of order; absent otherwise, since every
+    // component with a relation holds one of these maps.
+    std::unique_ptr<std::map<int, Entry>> _tree;
 };
 
 #endif

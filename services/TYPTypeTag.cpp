@@ -1,12 +1,15 @@
 #include "TYPTypeTag.h"
 
 #include <memory>
+#include <string_view>
 #include <unordered_map>
 
 namespace {
 
+// Keyed by a view of the interned copy itself, so that a look-up builds no
+// string (tags such as "QELRELATIVEOCCURRENCE_CLASSNAME" would allocate).
 struct TagTable {
-    std::unordered_map<std::string, std::unique_ptr<std::string>> tags;
+    std::unordered_map<std::string_view, std::unique_ptr<std::string>> tags;
 };
 
 TagTable& table() {
@@ -19,10 +22,12 @@ TagTable& table() {
 const std::string* TYPTypeTag::intern(const char* text) {
     if (!text || !*text) return empty();
     TagTable& t = table();
-    auto it = t.tags.find(text);
+    const std::string_view key(text);
+    auto it = t.tags.find(key);
     if (it == t.tags.end()) {
-        auto owned = std::make_unique<std::string>(text);
-        it = t.tags.emplace(*owned, std::move(owned)).first;
+        auto owned = std::make_unique<std::string>(key);
+        const std::string_view stored(*owned);
+        it = t.tags.emplace(stored, std::move(owned)).first;
     }
     return it->second.get();
 }

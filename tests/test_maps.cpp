@@ -8,6 +8,7 @@
 
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPMapIntPVoid.h"
+#include "TYPTypeTag.h"
 
 namespace {
 void* obj(intptr_t i) { return reinterpret_cast<void*>(i); }
@@ -152,4 +153,17 @@ TEST(TYPMapIntPVoid, IteratesInAscendingKeyOrderInBothForms) {
         EXPECT_EQ(m.find(-1), nullptr);
         EXPECT_EQ(m.size(), n - 1);
     }
+}
+
+TEST(TYPTypeTag, OneCopyPerTextWhateverTheBuffer) {
+    // Long enough that a std::string of it lives on the heap.
+    std::string first = "QELRELATIVEOCCURRENCE_CLASSNAME";
+    std::string second = first;
+    const std::string* tag = TYPTypeTag::intern(first.c_str());
+    first.assign(first.size(), 'x'); // the interned copy must not follow its source
+    EXPECT_EQ(*tag, "QELRELATIVEOCCURRENCE_CLASSNAME");
+    EXPECT_EQ(TYPTypeTag::intern(second.c_str()), tag);
+    EXPECT_NE(TYPTypeTag::intern("QELRELATIVEOCCURRENCE_CLASSNAMF"), tag);
+    EXPECT_EQ(TYPTypeTag::intern(nullptr), TYPTypeTag::empty());
+    EXPECT_EQ(TYPTypeTag::intern(""), TYPTypeTag::empty());
 }
