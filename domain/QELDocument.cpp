@@ -208,11 +208,17 @@ void QELDocument::linkAlternateShapeRepresentation(const CATUnicodeString& shape
     if (link) link->addStringProperty("ShapeRepName", shapeRepName);
 }
 
+// The names below are built once: the writer asks for them on every
+// occurrence it describes.
 TYPVectorPQELLink* QELDocument::getLinkedAlternateShapeRepresentations() const {
-    return getGRMDocumentLinks(kAlternateShapeLink);
+    static const CATUnicodeString name(kAlternateShapeLink);
+    return getGRMDocumentLinks(name);
 }
 
-TYPVectorPQELLink* QELDocument::getLinkedSecondaries() const { return getGRMDocumentLinks(kSecondaryLink); }
+TYPVectorPQELLink* QELDocument::getLinkedSecondaries() const {
+    static const CATUnicodeString name(kSecondaryLink);
+    return getGRMDocumentLinks(name);
+}
 
 // ---- GRM links -----------------------------------------------------------------------
 
@@ -274,15 +280,18 @@ TYPVectorPQELLink* QELDocument::getGRMItemLinksWhereUsedAsPrimary(const QELItem*
 }
 
 TYPVectorPQELLink* QELDocument::getGRMDocumentLinksWhereUsedAsPrimary(const CATUnicodeString& name) const {
-    return getGRMLinksWhereUsedAsPrimary(name, CATUnicodeString(kDocumentClass));
+    static const CATUnicodeString otherClass(kDocumentClass);
+    return getGRMLinksWhereUsedAsPrimary(name, otherClass);
 }
 
 TYPVectorPQELLink* QELDocument::getGRMFormLinksWhereUsedAsPrimary(const CATUnicodeString& name) const {
-    return getGRMLinksWhereUsedAsPrimary(name, CATUnicodeString(kFormClass));
+    static const CATUnicodeString otherClass(kFormClass);
+    return getGRMLinksWhereUsedAsPrimary(name, otherClass);
 }
 
 TYPVectorPQELLink* QELDocument::getGRMItemLinksWhereUsedAsPrimary(const CATUnicodeString& name) const {
-    return getGRMLinksWhereUsedAsPrimary(name, CATUnicodeString(kItemClass));
+    static const CATUnicodeString otherClass(kItemClass);
+    return getGRMLinksWhereUsedAsPrimary(name, otherClass);
 }
 
 QELLink* QELDocument::getGRMDocumentLinksWhereUsedAsSecondary(const CATUnicodeString& name,

@@ -98,6 +98,11 @@ TYPMapCATUnicodeStringPVoid* QELComponent::getComponents(int type, const CATUnic
     return byName ? static_cast<TYPMapCATUnicodeStringPVoid*>(byName->find(relationName)) : nullptr;
 }
 
+TYPMapCATUnicodeStringPVoid* QELComponent::getComponents(int type, const char* relationName) const {
+    RelationTable* byName = getComponents(type);
+    return byName ? static_cast<TYPMapCATUnicodeStringPVoid*>(byName->find(relationName)) : nullptr;
+}
+
 QELComponent* QELComponent::getComponent(int type, const CATUnicodeString& relationName,
                                          const CATUnicodeString& key) const {
     TYPMapCATUnicodeStringPVoid* byKey = getComponents(type, relationName);

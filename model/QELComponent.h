@@ -45,6 +45,8 @@ public:
 
     TYPMapCATUnicodeStringPVoid* getComponents(int type) const;
     TYPMapCATUnicodeStringPVoid* getComponents(int type, const CATUnicodeString& relationName) const;
+    // The same for an ISO-8859-1 relation name given as text.
+    TYPMapCATUnicodeStringPVoid* getComponents(int type, const char* relationName) const;
     QELComponent* getComponent(int type, const CATUnicodeString& relationName, const CATUnicodeString& key) const;
     // The index-th relation map (from 0) of the type, whatever its name; the
     // name argument is not used.

@@ -1,6 +1,7 @@
 #include "QELObject.h"
 
 #include <memory>
+#include <string_view>
 #include <unordered_map>
 
 namespace {
@@ -37,14 +38,30 @@ void QELObject::set_ClassName(const CATUnicodeString& name) { _className = inter
 
 bool QELObject::instanceOf(const CATUnicodeString& name) const { return *_className == name; }
 
+bool QELObject::instanceOf(const char* name) const {
+    return !_className->IsWide() && _className->ToLatin1() == (name ? name : "");
+}
+
 bool QELObject::isAKindOf(const CATUnicodeString& name) const {
     if (*_className == name) return true;
+    // Kinds are ISO-8859-1 constants: a wide name is no base kind.
+    return !name.IsWide() && isHostBackedVariantOf(name.ToLatin1());
+}
+
+bool QELObject::isAKindOf(const char* name) const {
+    const std::string_view text(name ? name : "");
+    if (!_className->IsWide() && _className->ToLatin1() == text) return true;
+    return isHostBackedVariantOf(text);
+}
+
+bool QELObject::isHostBackedVariantOf(std::string_view base) const {
     // A host-backed name is the base name with "CV5CAA" in front.
+    if (_className->IsWide()) return false;
     const std::string& own = _className->ToLatin1();
-    if (own.size() != name.GetLengthInByte() + 6u || own.compare(0, 6, "CV5CAA") != 0) return false;
-    if (own.compare(6, std::string::npos, name.ToLatin1()) != 0) return false;
+    if (own.size() != base.size() + 6u || own.compare(0, 6, "CV5CAA") != 0) return false;
+    if (own.compare(6, std::string::npos, base) != 0) return false;
     for (const char* kind : kHostBackedKinds) {
-        if (name.ToLatin1() == kind) return true;
+        if (base == kind) return true;
     }
     return false;
 }

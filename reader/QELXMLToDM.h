@@ -1,7 +1,9 @@
 #ifndef QELXMLToDM_H
 #define QELXMLToDM_H
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "CATUnicodeString.h"
 #include "EnumDocumentType.h"
@@ -100,6 +102,11 @@ private:
     void createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
     // Frees the values of an entry map and empties it.
     static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map);
+    // Files `value` under `key` unless the key is there already, in a value
+    // string kept from a past entry when there is one.
+    void storeValue(TYPMapCATUnicodeStringPVoid* map, const std::string& key, const std::string& value);
+    // Empties an entry map, keeping its value strings for the next entries.
+    void recycleEntryValues(TYPMapCATUnicodeStringPVoid* map);
     // Frees the shape sub-maps, their vectors and the map itself.
     static void freeComponentsMap(TYPMapIntPVoid* map);
 
@@ -134,6 +141,9 @@ private:
     QELDocumentOldNameIndex _oldNames;
     QELDocument* _primary = nullptr;
     size_t _primaryScanned = 0;
+    // An answer holds hundreds of thousands of values: their strings are
+    // reused from entry to entry rather than allocated and freed each time.
+    std::vector<std::unique_ptr<CATUnicodeString>> _spareValues;
 };
 
 #endif

@@ -93,11 +93,6 @@ int toInt(const CATUnicodeString& text) {
 }
 
 // First entry wins: a repeated element keeps the value read first.
-void store(TYPMapCATUnicodeStringPVoid* map, const std::string& key, std::string&& value) {
-    auto* text = new CATUnicodeString(std::move(value));
-    if (!map->insert(CATUnicodeString(key), text)) delete text;
-}
-
 // An opening tag line gives its element name, every "<" and ">" taken out.
 bool elementName(const std::string& line, std::string& name) {
     if (line.size() < 2 || line.front() != '<' || line.back() != '>') return false;
@@ -389,7 +384,7 @@ void QELXMLToDM::execute(QELSession* session) {
 
         if (!stop && !CV5CAAToolsDesc::searchClosingNode(_file, typeName, entryEnd, pos))
             journalMissing(_path, "</" + typeName + ">");
-        clearEntryMap(entries);
+        recycleEntryValues(entries);
     }
     // Entries beyond the count are not read: say so rather than drop them.
     if (!stop && !ended && moreEntriesFollow(pos))
@@ -410,6 +405,7 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
     std::string line;
     std::string key;
     std::string close;
+    std::string value;
     for (;;) {
         const long long lineStart = _file.tell();
         if (!readLine(line)) break;
@@ -430,14 +426,14 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
 
         const long long blockStart = _file.tell();
         if (isBlock(key)) {
-            store(map, key, std::to_string(blockStart));
+            storeValue(map, key, std::to_string(blockStart));
             CV5CAAToolsDesc::searchClosingNode(_file, key, blockStart, pos);
             continue;
         }
         // Multi-line values keep their line feeds, without the scanner's
         // trailing blanks.
         close.assign("</").append(key) += '>';
-        std::string value;
+        value.clear();
         bool closed = false;
         if (readLine(value)) {
             while (!closed && readLine(line)) {
@@ -448,7 +444,7 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
                 }
             }
         }
-        store(map, key, std::move(value));
+        storeValue(map, key, value);
         if (!closed) break;
     }
     journalEndOfFile(_path);
@@ -576,6 +572,29 @@ void QELXMLToDM::createCompCatalogSpecificDocument(QELDocument* document, TYPMap
 void QELXMLToDM::clearEntryMap(TYPMapCATUnicodeStringPVoid* map) {
     if (!map) return;
     for (const auto& entry : *map) delete static_cast<CATUnicodeString*>(entry.object);
+    map->clear();
+}
+
+void QELXMLToDM::storeValue(TYPMapCATUnicodeStringPVoid* map, const std::string& key, const std::string& value) {
+    std::unique_ptr<CATUnicodeString> text;
+    if (_spareValues.empty()) {
+        text = std::make_unique<CATUnicodeString>();
+    } else {
+        text = std::move(_spareValues.back());
+        _spareValues.pop_back();
+    }
+    *text = value;
+    // The first value of a key is the one kept.
+    if (map->insert(CATUnicodeString(key), text.get()))
+        text.release();
+    else
+        _spareValues.push_back(std::move(text));
+}
+
+void QELXMLToDM::recycleEntryValues(TYPMapCATUnicodeStringPVoid* map) {
+    if (!map) return;
+    _spareValues.reserve(_spareValues.size() + static_cast<size_t>(map->size()));
+    for (const auto& entry : *map) _spareValues.emplace_back(static_cast<CATUnicodeString*>(entry.object));
     map->clear();
 }
 

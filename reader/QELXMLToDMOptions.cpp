@@ -150,7 +150,7 @@ void QELXMLToDM::readOptions(QELSession* session) {
         }
 
         CV5CAAToolsDesc::searchClosingNode(_file, typeName, entryEnd, pos);
-        clearEntryMap(entries);
+        recycleEntryValues(entries);
     }
 
     delete entries;

@@ -87,6 +87,18 @@ CATUnicodeString& CATUnicodeString::operator=(const char* latin1) {
     return *this;
 }
 
+CATUnicodeString& CATUnicodeString::operator=(const std::string& latin1) {
+    _latin1.assign(latin1);
+    dropWide();
+    return *this;
+}
+
+CATUnicodeString& CATUnicodeString::operator=(std::string&& latin1) noexcept {
+    _latin1 = std::move(latin1);
+    dropWide();
+    return *this;
+}
+
 CATUnicodeString::~CATUnicodeString() = default;
 
 void CATUnicodeString::setWide(std::u32string&& codePoints) {

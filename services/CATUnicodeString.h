@@ -29,6 +29,9 @@ public:
     CATUnicodeString& operator=(const CATUnicodeString& other);
     CATUnicodeString& operator=(CATUnicodeString&& other) noexcept;
     CATUnicodeString& operator=(const char* latin1);
+    // Keeps the storage already held when it is large enough.
+    CATUnicodeString& operator=(const std::string& latin1);
+    CATUnicodeString& operator=(std::string&& latin1) noexcept;
     ~CATUnicodeString();
 
     // Builders

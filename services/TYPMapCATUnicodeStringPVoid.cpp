@@ -8,7 +8,7 @@ TYPMapCATUnicodeStringPVoid::TYPMapCATUnicodeStringPVoid(const char* name, int i
 }
 
 long TYPMapCATUnicodeStringPVoid::locate(const CATUnicodeString& key) const {
-    if (!_slots) {
+    if (!indexed()) {
         for (size_t i = 0; i < _entries.size(); ++i) {
             if (_entries[i].live() && _entries[i].key == key) return static_cast<long>(i);
         }
@@ -27,7 +27,7 @@ long TYPMapCATUnicodeStringPVoid::locate(const CATUnicodeString& key) const {
 // same ISO-8859-1 bytes; it hashes as CATUnicodeStringHash hashes that entry.
 long TYPMapCATUnicodeStringPVoid::locate(std::string_view key) const {
     auto same = [&key](const Entry& e) { return e.live() && !e.key.IsWide() && e.key.ToLatin1() == key; };
-    if (!_slots) {
+    if (!indexed()) {
         for (size_t i = 0; i < _entries.size(); ++i) {
             if (same(_entries[i])) return static_cast<long>(i);
         }
@@ -52,7 +52,9 @@ void TYPMapCATUnicodeStringPVoid::indexEntry(uint32_t entry) const {
 
 void TYPMapCATUnicodeStringPVoid::rebuildIndex() const {
     if (_entries.size() <= kLinearLimit) {
-        _slots.reset();
+        // Emptied, not freed: a map cleared and refilled (the reader's entry
+        // map) keeps its index storage.
+        if (_slots) _slots->clear();
         return;
     }
     size_t want = 16;
@@ -92,7 +94,7 @@ void TYPMapCATUnicodeStringPVoid::append(CATUnicodeString&& key, void* object, c
         compact();
     } else if (_entries.size() > kLinearLimit) {
         // Keep the table at most half full, tombstones included.
-        if (!_slots || _slots->size() < _entries.size() * 2) {
+        if (!indexed() || _slots->size() < _entries.size() * 2) {
             rebuildIndex();
         } else {
             indexEntry(static_cast<uint32_t>(_entries.size() - 1));
@@ -128,7 +130,7 @@ int TYPMapCATUnicodeStringPVoid::erase(const CATUnicodeString& key) {
 
 void TYPMapCATUnicodeStringPVoid::clear() {
     _entries.clear();
-    _slots.reset();
+    if (_slots) _slots->clear();
     _live = 0;
 }
 

@@ -84,6 +84,7 @@ private:
     static constexpr size_t kLinearLimit = 8;
     static constexpr uint32_t kEmptySlot = 0xFFFFFFFFu;
 
+    bool indexed() const { return _slots && !_slots->empty(); }
     long locate(const CATUnicodeString& key) const;
     long locate(std::string_view key) const;
     // The object of entry `i` (-1: none) when its tag matches.
@@ -98,8 +99,8 @@ private:
     // Erased entries stay as tombstones until the next compaction; both are
     // mutable because a const index access may compact.
     mutable std::vector<Entry> _entries;
-    // Open addressing over _entries, absent while the map is small (most
-    // relation maps hold one entry: the index would double their size).
+    // Open addressing over _entries, absent or empty while the map is small
+    // (most relation maps hold one entry: the index would double their size).
     mutable std::unique_ptr<std::vector<uint32_t>> _slots;
     size_t _live = 0;
 };

@@ -25,6 +25,16 @@ TEST(CATUnicodeString, CodePointsAboveLatin1CountAsOneCharacterAndConvertToQuest
     // Same Latin-1 form, different text.
     EXPECT_NE(s, CATUnicodeString("a?b\xE9"));
     EXPECT_EQ(CATUnicodeString("a?b\xE9").Compare(s), 0);
+
+    // Assigning ISO-8859-1 text drops the wide form, whatever the text.
+    const std::string text("a?b\xE9");
+    s = text;
+    EXPECT_FALSE(s.IsWide());
+    EXPECT_EQ(s, CATUnicodeString("a?b\xE9"));
+    s.BuildFromUTF8("\xE2\x82\xAC");
+    s = std::string("x\0y", 3); // every byte kept, the zero included
+    EXPECT_FALSE(s.IsWide());
+    EXPECT_EQ(s.GetLengthInByte(), 3);
 }
 
 TEST(CATUnicodeString, CompareAnswersDifferentCaseInsensitiveOrIdentical) {
