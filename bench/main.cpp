@@ -5,6 +5,7 @@
 //   qel_bench ratios  --occurrences N [--pairs P] [--dir D]
 //   qel_bench scaling --small N --large N [--pairs P] [--dir D]
 //   qel_bench once    --occurrences N [--dir D]
+//   qel_bench census  --occurrences N
 //
 // Each row printed is tab-separated (see benchPrint); notes go to standard
 // error.
@@ -18,6 +19,7 @@
 
 #include <sys/resource.h>
 
+#include "BenchCensus.h"
 #include "BenchFloors.h"
 #include "BenchPairs.h"
 #include "CV5CAAToolsDesc.h"
@@ -255,9 +257,18 @@ void scaling(const Options& options) {
     benchPrint(read);
 }
 
+// What the model of that size holds, its heap, and the least heap its
+// layout needs (BenchCensus).
+void census(const Options& options) {
+    long long modelBytes = 0;
+    buildSession(options.occurrences, nullptr, &modelBytes);
+    std::printf("model heap\t%.0f B/occ\n", static_cast<double>(modelBytes) / options.occurrences);
+    benchPrintCensus(stdout, benchCensus(), options.occurrences);
+}
+
 Options parse(int argc, char** argv) {
     Options options;
-    if (argc < 2) fail("usage: qel_bench ratios|scaling|once [--occurrences N] [--small N] [--large N] [--pairs P] [--dir D]");
+    if (argc < 2) fail("usage: qel_bench ratios|scaling|once|census [--occurrences N] [--small N] [--large N] [--pairs P] [--dir D]");
     options.mode = argv[1];
     for (int i = 2; i + 1 < argc; i += 2) {
         const std::string name = argv[i];
@@ -284,6 +295,7 @@ int main(int argc, char** argv) {
     if (options.mode == "ratios") ratios(options);
     else if (options.mode == "scaling") scaling(options);
     else if (options.mode == "once") once(options);
+    else if (options.mode == "census") census(options);
     else fail("unknown mode " + options.mode);
     return 0;
 }
