@@ -26,8 +26,10 @@ struct InputFile {
     ~InputFile() { std::remove(path.c_str()); }
 };
 
-const std::string& sessionText() {
-    static const std::string text = [] {
+// Parsed once: every input builds the same session again, and parsing its
+// text each time cost as much as building it.
+const QELParsedSession& parsedSession() {
+    static const QELParsedSession* parsed = [] {
         std::ifstream in(QEL_FUZZ_SESSION, std::ios::binary);
         std::ostringstream out;
         out << in.rdbuf();
@@ -35,9 +37,15 @@ const std::string& sessionText() {
             std::fprintf(stderr, "qel fuzz: cannot read %s\n", QEL_FUZZ_SESSION);
             std::abort();
         }
-        return out.str();
+        auto* session = new QELParsedSession();
+        QELSessionFileError error;
+        if (!session->parse(out.str(), error)) {
+            std::fprintf(stderr, "qel fuzz: session: %s\n", error.message.c_str());
+            std::abort();
+        }
+        return session;
     }();
-    return text;
+    return *parsed;
 }
 
 const char* const kCommands[] = {"save",   "save-as",           "save-selected",
@@ -63,7 +71,7 @@ void buildSession(uint8_t selector) {
     JNLManager::setMaxEntries(256);
     EMHManager::setMaxEntries(256);
     QELSessionFileError error;
-    if (!qelLoadSessionText(sessionText(), error)) {
+    if (!parsedSession().build(error)) {
         std::fprintf(stderr, "qel fuzz: session: %s\n", error.message.c_str());
         std::abort();
     }

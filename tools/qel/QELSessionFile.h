@@ -1,6 +1,7 @@
 #ifndef QELSessionFile_H
 #define QELSessionFile_H
 
+#include <memory>
 #include <ostream>
 #include <string>
 
@@ -21,6 +22,24 @@ struct QELSessionFileError {
 // was expected).
 bool qelLoadSessionFile(const std::string& path, QELSessionFileError& error);
 bool qelLoadSessionText(const std::string& text, QELSessionFileError& error);
+
+// A session file parsed once and built as often as needed, each build from a
+// copy of the parse (building consumes what it reads): the fuzz harnesses
+// build the same session for every input they try.
+class QELParsedSession {
+public:
+    QELParsedSession();
+    ~QELParsedSession();
+    // False, with the error filled as qelLoadSessionText fills it, for a text
+    // that is not JSON; the previous parse is kept then.
+    bool parse(const std::string& text, QELSessionFileError& error);
+    // Builds the parsed session as qelLoadSessionText would.
+    bool build(QELSessionFileError& error) const;
+
+private:
+    struct Parse;
+    std::unique_ptr<Parse> _parse;
+};
 
 // Sets PROCManager for a command, a process and a phase given by name, as the
 // session file's "settings" do; empty names leave the current settings. False

@@ -156,7 +156,7 @@ std::string parseExplanation(const nlohmann::json::parse_error& error) {
     return what;
 }
 
-bool parse(const std::string& text, QELJson& root, QELSessionFileError& error) {
+bool parseText(const std::string& text, QELJson& root, QELSessionFileError& error) {
     try {
         RepeatedKeyWatch watch;
         root = QELJson::parse(text, std::ref(watch));
@@ -198,14 +198,10 @@ void build(QELJson& root) {
     qelBuildAssemblies(workspaceList, top / "workspaces", build);
 }
 
-bool loadText(std::string&& text, QELSessionFileError& error) {
-    error = QELSessionFileError();
+// Builds `root`, consuming it; false with the error filled for a file that
+// does not describe a session.
+bool buildRoot(QELJson& root, QELSessionFileError& error) {
     try {
-        QELJson root;
-        if (!parse(text, root, error)) return false;
-        // Parsed: the text is no longer needed, and a large file is worth
-        // giving back before the model grows.
-        std::string().swap(text);
         build(root);
         return true;
     } catch (const QELSessionFileFault& fault) {
@@ -216,10 +212,60 @@ bool loadText(std::string&& text, QELSessionFileError& error) {
     return false;
 }
 
+bool loadText(std::string&& text, QELSessionFileError& error) {
+    error = QELSessionFileError();
+    QELJson root;
+    try {
+        if (!parseText(text, root, error)) return false;
+    } catch (const std::bad_alloc&) {
+        error.message = "out of memory while loading the session";
+        return false;
+    }
+    // Parsed: the text is no longer needed, and a large file is worth giving
+    // back before the model grows.
+    std::string().swap(text);
+    return buildRoot(root, error);
+}
+
 } // namespace
 
 bool qelLoadSessionText(const std::string& text, QELSessionFileError& error) {
     return loadText(std::string(text), error);
+}
+
+struct QELParsedSession::Parse {
+    QELJson root;
+};
+
+QELParsedSession::QELParsedSession() = default;
+QELParsedSession::~QELParsedSession() = default;
+
+bool QELParsedSession::parse(const std::string& text, QELSessionFileError& error) {
+    error = QELSessionFileError();
+    auto parsed = std::make_unique<Parse>();
+    try {
+        if (!parseText(text, parsed->root, error)) return false;
+    } catch (const std::bad_alloc&) {
+        error.message = "out of memory while loading the session";
+        return false;
+    }
+    _parse = std::move(parsed);
+    return true;
+}
+
+bool QELParsedSession::build(QELSessionFileError& error) const {
+    error = QELSessionFileError();
+    if (!_parse) {
+        error.message = "no session parsed";
+        return false;
+    }
+    try {
+        QELJson copy = _parse->root;
+        return buildRoot(copy, error);
+    } catch (const std::bad_alloc&) {
+        error.message = "out of memory while loading the session";
+    }
+    return false;
 }
 
 bool qelLoadSessionFile(const std::string& path, QELSessionFileError& error) {
