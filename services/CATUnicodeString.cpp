@@ -1,5 +1,6 @@
 #include "CATUnicodeString.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -117,6 +118,14 @@ void CATUnicodeString::setWide(std::u32string&& codePoints) {
 }
 
 CATUnicodeString& CATUnicodeString::BuildFromUTF8(const char* utf8, size_t byteCount) {
+    // Plain ASCII, by far the most common text, is its own ISO-8859-1 form:
+    // no code points to decode and no wide copy to build.
+    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
+    if (utf8 && std::all_of(bytes, bytes + byteCount, [](unsigned char b) { return b < 0x80; })) {
+        _latin1.assign(utf8, byteCount);
+        dropWide();
+        return *this;
+    }
     std::u32string cps;
     cps.reserve(byteCount);
     const auto* p = reinterpret_cast<const unsigned char*>(utf8);

@@ -35,6 +35,13 @@ TEST(CATUnicodeString, CodePointsAboveLatin1CountAsOneCharacterAndConvertToQuest
     s = std::string("x\0y", 3); // every byte kept, the zero included
     EXPECT_FALSE(s.IsWide());
     EXPECT_EQ(s.GetLengthInByte(), 3);
+
+    // Plain ASCII read as UTF-8 replaces a wide text entirely, zeros included.
+    s.BuildFromUTF8("\xE2\x82\xAC");
+    s.BuildFromUTF8(std::string("ab\0c", 4));
+    EXPECT_FALSE(s.IsWide());
+    EXPECT_EQ(s.ToLatin1(), std::string("ab\0c", 4));
+    EXPECT_EQ(s.GetLengthInChar(), 4);
 }
 
 TEST(CATUnicodeString, CompareAnswersDifferentCaseInsensitiveOrIdentical) {
