@@ -24,12 +24,10 @@ const CATUnicodeString* QELPropertyNames::acquire(const CATUnicodeString& name) 
 }
 
 void QELPropertyNames::release(const CATUnicodeString* name) {
-    if (!name)
-        return;
+    if (!name) return;
     NameTable& names = table();
     auto it = names.find(*name);
-    if (it != names.end() && --it->second == 0)
-        names.erase(it);
+    if (it != names.end() && --it->second == 0) names.erase(it);
 }
 
 size_t QELPropertyNames::count() { return table().size(); }

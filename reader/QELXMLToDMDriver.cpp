@@ -92,7 +92,6 @@ int toInt(const CATUnicodeString& text) {
     return value;
 }
 
-// First entry wins: a repeated element keeps the value read first.
 // An opening tag line gives its element name, every "<" and ">" taken out.
 bool elementName(const std::string& line, std::string& name) {
     if (line.size() < 2 || line.front() != '<' || line.back() != '>') return false;

@@ -14,6 +14,7 @@
 namespace {
 
 const char* const kFormat = "qel-session/1";
+const char* const kOutOfMemory = "out of memory while loading the session";
 
 // Where a JSON object repeats a key. The parser would keep the last value
 // and drop the first without a word, so the parse watches for it: the
@@ -167,6 +168,8 @@ bool parseText(const std::string& text, QELJson& root, QELSessionFileError& erro
         lineAndColumn(text, tokenStart(text, e.byte > 0 ? e.byte - 1 : 0, error.message), error.line, error.column);
     } catch (const RepeatedKeyWatch::Found& found) {
         error.message = found.path + ": the key is given twice in one object";
+    } catch (const std::bad_alloc&) {
+        error.message = kOutOfMemory;
     }
     return false;
 }
@@ -207,7 +210,7 @@ bool buildRoot(QELJson& root, QELSessionFileError& error) {
     } catch (const QELSessionFileFault& fault) {
         error.message = fault.path.empty() ? fault.message : fault.path + ": " + fault.message;
     } catch (const std::bad_alloc&) {
-        error.message = "out of memory while loading the session";
+        error.message = kOutOfMemory;
     }
     return false;
 }
@@ -215,12 +218,7 @@ bool buildRoot(QELJson& root, QELSessionFileError& error) {
 bool loadText(std::string&& text, QELSessionFileError& error) {
     error = QELSessionFileError();
     QELJson root;
-    try {
-        if (!parseText(text, root, error)) return false;
-    } catch (const std::bad_alloc&) {
-        error.message = "out of memory while loading the session";
-        return false;
-    }
+    if (!parseText(text, root, error)) return false;
     // Parsed: the text is no longer needed, and a large file is worth giving
     // back before the model grows.
     std::string().swap(text);
@@ -243,12 +241,7 @@ QELParsedSession::~QELParsedSession() = default;
 bool QELParsedSession::parse(const std::string& text, QELSessionFileError& error) {
     error = QELSessionFileError();
     auto parsed = std::make_unique<Parse>();
-    try {
-        if (!parseText(text, parsed->root, error)) return false;
-    } catch (const std::bad_alloc&) {
-        error.message = "out of memory while loading the session";
-        return false;
-    }
+    if (!parseText(text, parsed->root, error)) return false;
     _parse = std::move(parsed);
     return true;
 }
@@ -263,7 +256,7 @@ bool QELParsedSession::build(QELSessionFileError& error) const {
         QELJson copy = _parse->root;
         return buildRoot(copy, error);
     } catch (const std::bad_alloc&) {
-        error.message = "out of memory while loading the session";
+        error.message = kOutOfMemory;
     }
     return false;
 }
