@@ -23,8 +23,7 @@ struct QELSessionFileError {
 bool qelLoadSessionFile(const std::string& path, QELSessionFileError& error);
 bool qelLoadSessionText(const std::string& text, QELSessionFileError& error);
 
-// A session file parsed once and built as often as needed, each build from a
-// copy of the parse (building consumes what it reads): the fuzz harnesses
+// A session file parsed once and built as often as needed: the fuzz harnesses
 // build the same session for every input they try.
 class QELParsedSession {
 public:

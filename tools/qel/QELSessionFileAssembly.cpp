@@ -209,7 +209,7 @@ void buildOccurrences(QELJson& occurrences, const QELJsonPath& path, const Place
     qelExpectArray(occurrences, path, "an array of occurrences");
     for (size_t i = 0; i < occurrences.size(); ++i) {
         buildOccurrence(occurrences[i], path / i, place, i, build);
-        occurrences[i] = nullptr; // built: its text is no longer needed
+        if (build.consume) occurrences[i] = nullptr; // built: its text is no longer needed
     }
 }
 

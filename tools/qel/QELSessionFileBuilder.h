@@ -124,6 +124,9 @@ private:
 
 // What the stages of a load share: the components made so far, by name.
 struct QELSessionFileBuild {
+    // Each occurrence's JSON is freed once built, which keeps a large file's
+    // parse from doubling the peak; not when the parse is built again.
+    bool consume = true;
     QELNameTable<CV5CAAQELItem> items;
     QELNameTable<QELDocument> documents;
     QELNameTable<CV5CAAQELWorkSpace> workspaces;

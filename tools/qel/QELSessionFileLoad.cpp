@@ -174,7 +174,7 @@ bool parseText(const std::string& text, QELJson& root, QELSessionFileError& erro
     return false;
 }
 
-void build(QELJson& root) {
+void build(QELJson& root, bool consume) {
     const QELJsonPath top;
     qelExpectObject(root, top, "an object (a session file)");
     qelCheckKeys(root, top, {"format", "settings", "items", "documents", "workspaces"});
@@ -191,6 +191,7 @@ void build(QELJson& root) {
     QELJson noWorkspaces = QELJson::array();
 
     QELSessionFileBuild build;
+    build.consume = consume;
     qelBuildSettings(settings ? *settings : QELJson::object(), top / "settings");
     qelBuildItems(items ? *items : none, top / "items", build);
     qelBuildDocuments(documents ? *documents : none, top / "documents", build);
@@ -201,11 +202,11 @@ void build(QELJson& root) {
     qelBuildAssemblies(workspaceList, top / "workspaces", build);
 }
 
-// Builds `root`, consuming it; false with the error filled for a file that
-// does not describe a session.
-bool buildRoot(QELJson& root, QELSessionFileError& error) {
+// Builds `root`, consuming it unless told otherwise; false with the error
+// filled for a file that does not describe a session.
+bool buildRoot(QELJson& root, QELSessionFileError& error, bool consume = true) {
     try {
-        build(root);
+        build(root, consume);
         return true;
     } catch (const QELSessionFileFault& fault) {
         error.message = fault.path.empty() ? fault.message : fault.path + ": " + fault.message;
@@ -252,13 +253,8 @@ bool QELParsedSession::build(QELSessionFileError& error) const {
         error.message = "no session parsed";
         return false;
     }
-    try {
-        QELJson copy = _parse->root;
-        return buildRoot(copy, error);
-    } catch (const std::bad_alloc&) {
-        error.message = kOutOfMemory;
-    }
-    return false;
+    // Built in place: nothing of the parse is consumed.
+    return buildRoot(_parse->root, error, false);
 }
 
 bool qelLoadSessionFile(const std::string& path, QELSessionFileError& error) {
