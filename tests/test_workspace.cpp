@@ -487,5 +487,8 @@ TEST_F(WorkSpaceTest, TraversalsScaleLinearlyWithTheModel) {
     JNLManager::clear();
     std::printf("[ traversals ] %d occurrences: %.4f s, %d occurrences: %.4f s\n", smallCount,
                 smallTime, largeCount, largeTime);
-    EXPECT_LT(largeTime, 15 * smallTime + 0.005);
+    // Ten times the occurrences: the small model stays in the caches and the
+    // large one does not, which alone makes it 13 to 17 times as long on the
+    // build machine; a scan per occurrence would make it 100 times.
+    EXPECT_LT(largeTime, 30 * smallTime + 0.005);
 }
