@@ -7,8 +7,12 @@
 #include <fstream>
 #include <sstream>
 
+#include "CATDocument.h"
+#include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
+#include "ENVManager.h"
 #include "JNLManager.h"
+#include "PROCManager.h"
 #include "QELHandleTable.h"
 #include "QELSessionFile.h"
 #include "SessionReset.h"
@@ -54,6 +58,30 @@ const char* const kCommands[] = {"save",   "save-as",           "save-selected",
 const char* const kProcesses[] = {"none", "state-details", "state-details-factory", "state-details-update",
                                   "life-cycle-factory", "brr-save", "checkout"};
 
+// The host switches the reader asks, each flipped from the bundled session's
+// value by one bit of the switches byte.
+struct Switch {
+    bool (*get)();
+    void (*set)(bool);
+};
+const Switch kSwitches[] = {
+    {&PROCManager::manageDescForEmptyQEL, &PROCManager::setManageDescForEmptyQEL},
+    {&PROCManager::manageSavableStatusForNonSave, &PROCManager::setManageSavableStatusForNonSave},
+    {&ENVManager::manageForeignFilesOnSave, &ENVManager::setManageForeignFilesOnSave},
+    {&PROCManager::isCatalogStagingManaged, &PROCManager::setIsCatalogStagingManaged},
+    {&PROCManager::manageExternalFiles, &PROCManager::setManageExternalFiles},
+    {&ENVManager::isCompositeManaged, &ENVManager::setIsCompositeManaged},
+};
+constexpr int kSwitchCount = sizeof kSwitches / sizeof *kSwitches;
+
+// The document active in the host, picked by the two bits above the
+// switches: none, an assembly and a part of the session, or a catalog.
+CATDocument* activeDocument(int pick) {
+    static CATDocument documents[] = {CATDocument("/tmp/qel/Gearbox.CATProduct"), CATDocument("/tmp/qel/Bolt.CATPart"),
+                                      CATDocument("/tmp/qel/catalogs/Standard.catalog")};
+    return pick == 0 ? nullptr : &documents[pick - 1];
+}
+
 } // namespace
 
 const std::string& writeInput(const uint8_t* data, size_t size) {
@@ -66,7 +94,7 @@ const std::string& writeInput(const uint8_t* data, size_t size) {
     return file.path;
 }
 
-void buildSession(uint8_t selector) {
+void buildSession(uint8_t selector, uint8_t switches) {
     // The journal and the error handler only grow in memory: keep them small.
     JNLManager::setMaxEntries(256);
     EMHManager::setMaxEntries(256);
@@ -80,6 +108,9 @@ void buildSession(uint8_t selector) {
     std::string message;
     qelApplyCommand(kCommands[selector % commands], kProcesses[(selector / commands) % processes],
                     selector / (commands * processes) % 2 ? "2" : "1", message);
+    for (int bit = 0; bit < kSwitchCount; ++bit)
+        if (switches >> bit & 1) kSwitches[bit].set(!kSwitches[bit].get());
+    CV5CAAToolsCommon::setActiveCATDocument(activeDocument(switches >> kSwitchCount & 3));
 }
 
 void resetSession() {

@@ -1,5 +1,6 @@
 // The whole answer reading on the example session. The first byte picks the
-// command, the processes and the phase; the rest is the answer file.
+// command, the processes and the phase, the second the host switches and the
+// active document; the rest is the answer file.
 #include <cstddef>
 #include <cstdint>
 
@@ -8,9 +9,9 @@
 #include "QELXMLToDM.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size == 0) return 0;
-    const std::string& path = qelfuzz::writeInput(data + 1, size - 1);
-    qelfuzz::buildSession(data[0]);
+    if (size < 2) return 0;
+    const std::string& path = qelfuzz::writeInput(data + 2, size - 2);
+    qelfuzz::buildSession(data[0], data[1]);
     {
         QELXMLToDM reader(path.c_str());
         reader.execute(QELSession::getInstance());
