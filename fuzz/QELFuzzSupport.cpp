@@ -13,6 +13,8 @@
 #include "ENVManager.h"
 #include "JNLManager.h"
 #include "PROCManager.h"
+#include "QELAbsoluteOccurrence.h"
+#include "QELDocument.h"
 #include "QELHandleTable.h"
 #include "QELSessionFile.h"
 #include "SessionReset.h"
@@ -82,6 +84,50 @@ CATDocument* activeDocument(int pick) {
     return pick == 0 ? nullptr : &documents[pick - 1];
 }
 
+// Host states the bundled session does not hold, given to some of its
+// components so that the reader's paths for them are fuzzed too: shapes to
+// activate ("MAJ" 2) on two occurrences and a workspace, component shape
+// representations (a plain one and a foreign file), the foreign document
+// behind the latter, and the component occurrence of the shaft's document.
+void addHostStates() {
+    QELDocument* shaft = nullptr;
+    QELAbsoluteOccurrence* shaftOccurrence = nullptr;
+    int found = 0;
+    for (QELComponent* component : QELHandleTable::liveComponents()) {
+        const CATUnicodeString& name = component->get_Name();
+        if (component->isAbsolute()) {
+            auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
+            const CATUnicodeString uid = occurrence->getOccUID();
+            if (uid == "u-shf1" || uid == "u-pnl1") {
+                occurrence->addIntegerProperty("MAJ", 2);
+                if (uid == "u-shf1") shaftOccurrence = occurrence;
+            } else if (uid == "u-blt2") {
+                occurrence->addStringProperty("Type", "COMP");
+            } else if (uid == "u-spr1") {
+                occurrence->addStringProperty("Type", "COMP");
+                occurrence->addBooleanProperty("IsForeignFile", true);
+            } else {
+                continue;
+            }
+        } else if (component->isWorkSpace() && name == "Fixture.CATProduct") {
+            component->addIntegerProperty("MAJ", 2);
+        } else if (component->isAKindOf("QELDOCUMENT_CLASSNAME") && name == "Spacer_ring.CATPart") {
+            component->addStringProperty("IsAForeignFile", "FF");
+        } else if (component->isAKindOf("QELDOCUMENT_CLASSNAME") && name == "Shaft.CATPart") {
+            shaft = static_cast<QELDocument*>(component);
+        } else {
+            continue;
+        }
+        ++found;
+    }
+    // u-spr1 is an occurrence in both workspaces.
+    if (found != 8 || !shaft || !shaftOccurrence) {
+        std::fprintf(stderr, "qel fuzz: the bundled session lacks components the harness marks (%d found)\n", found);
+        std::abort();
+    }
+    shaft->linkComponentAbsoluteOccurrence(shaftOccurrence);
+}
+
 } // namespace
 
 const std::string& writeInput(const uint8_t* data, size_t size) {
@@ -103,6 +149,7 @@ void buildSession(uint8_t selector, uint8_t switches) {
         std::fprintf(stderr, "qel fuzz: session: %s\n", error.message.c_str());
         std::abort();
     }
+    addHostStates();
     constexpr size_t commands = sizeof kCommands / sizeof *kCommands;
     constexpr size_t processes = sizeof kProcesses / sizeof *kProcesses;
     std::string message;

@@ -14,7 +14,9 @@ namespace qelfuzz {
 const std::string& writeInput(const uint8_t* data, size_t size);
 
 // Builds the bundled example session (the same handles every time, so that
-// the POINTER_ADDRESS of the seed answers designate its components), selects
+// the POINTER_ADDRESS of the seed answers designate its components) with a
+// few host states it lacks (shapes to activate, component shape
+// representations, a foreign document), selects
 // the command and the processes that `selector` picks, flips the host
 // switches of the low six bits of `switches` (0 keeps the session's own) and
 // makes active the host document its top two bits pick (0: none).
