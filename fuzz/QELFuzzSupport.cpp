@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "CATDocument.h"
+#include "CV5CAAQELDocument.h"
 #include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
@@ -87,41 +88,58 @@ CATDocument* activeDocument(int pick) {
 // Host states the bundled session does not hold, given to some of its
 // components so that the reader's paths for them are fuzzed too: shapes to
 // activate ("MAJ" 2) on two occurrences and a workspace, component shape
-// representations (a plain one and a foreign file), the foreign document
-// behind the latter, and the component occurrence of the shaft's document.
+// representations (a plain one and a foreign file) and the foreign document
+// behind the latter, the shaft document's component occurrence, and the
+// composite part as the primary document, the one composites answers go to.
+bool addOccurrenceState(QELAbsoluteOccurrence* occurrence, QELAbsoluteOccurrence*& shaft) {
+    const CATUnicodeString uid = occurrence->getOccUID();
+    if (uid == "u-shf1" || uid == "u-pnl1") {
+        occurrence->addIntegerProperty("MAJ", 2);
+        if (uid == "u-shf1") shaft = occurrence;
+    } else if (uid == "u-blt2") {
+        occurrence->addStringProperty("Type", "COMP");
+    } else if (uid == "u-spr1") {
+        occurrence->addStringProperty("Type", "COMP");
+        occurrence->addBooleanProperty("IsForeignFile", true);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool addDocumentState(QELComponent* component, QELDocument*& shaft) {
+    const CATUnicodeString& name = component->get_Name();
+    auto* host = component->isAKindOf("CV5CAAQELDOCUMENT_CLASSNAME") ? static_cast<CV5CAAQELDocument*>(component)
+                                                                     : nullptr;
+    if (!host) return false;
+    if (name == "Spacer_ring.CATPart") {
+        host->addStringProperty("IsAForeignFile", "FF");
+    } else if (name == "Shaft.CATPart") {
+        shaft = host;
+    } else if (name == "Gearbox.CATProduct" || name == "Panel.CATPart") {
+        host->setIsPrimaryDocument(name == "Panel.CATPart");
+    } else {
+        return false;
+    }
+    return true;
+}
+
 void addHostStates() {
     QELDocument* shaft = nullptr;
     QELAbsoluteOccurrence* shaftOccurrence = nullptr;
     int found = 0;
     for (QELComponent* component : QELHandleTable::liveComponents()) {
-        const CATUnicodeString& name = component->get_Name();
         if (component->isAbsolute()) {
-            auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
-            const CATUnicodeString uid = occurrence->getOccUID();
-            if (uid == "u-shf1" || uid == "u-pnl1") {
-                occurrence->addIntegerProperty("MAJ", 2);
-                if (uid == "u-shf1") shaftOccurrence = occurrence;
-            } else if (uid == "u-blt2") {
-                occurrence->addStringProperty("Type", "COMP");
-            } else if (uid == "u-spr1") {
-                occurrence->addStringProperty("Type", "COMP");
-                occurrence->addBooleanProperty("IsForeignFile", true);
-            } else {
-                continue;
-            }
-        } else if (component->isWorkSpace() && name == "Fixture.CATProduct") {
+            found += addOccurrenceState(static_cast<QELAbsoluteOccurrence*>(component), shaftOccurrence);
+        } else if (component->isWorkSpace() && component->get_Name() == "Fixture.CATProduct") {
             component->addIntegerProperty("MAJ", 2);
-        } else if (component->isAKindOf("QELDOCUMENT_CLASSNAME") && name == "Spacer_ring.CATPart") {
-            component->addStringProperty("IsAForeignFile", "FF");
-        } else if (component->isAKindOf("QELDOCUMENT_CLASSNAME") && name == "Shaft.CATPart") {
-            shaft = static_cast<QELDocument*>(component);
+            ++found;
         } else {
-            continue;
+            found += addDocumentState(component, shaft);
         }
-        ++found;
     }
     // u-spr1 is an occurrence in both workspaces.
-    if (found != 8 || !shaft || !shaftOccurrence) {
+    if (found != 10 || !shaft || !shaftOccurrence) {
         std::fprintf(stderr, "qel fuzz: the bundled session lacks components the harness marks (%d found)\n", found);
         std::abort();
     }

@@ -16,10 +16,11 @@ const std::string& writeInput(const uint8_t* data, size_t size);
 // Builds the bundled example session (the same handles every time, so that
 // the POINTER_ADDRESS of the seed answers designate its components) with a
 // few host states it lacks (shapes to activate, component shape
-// representations, a foreign document), selects
-// the command and the processes that `selector` picks, flips the host
-// switches of the low six bits of `switches` (0 keeps the session's own) and
-// makes active the host document its top two bits pick (0: none).
+// representations, a foreign document, the composite part as primary
+// document), selects the command and the processes that `selector` picks,
+// flips the host switches of the low six bits of `switches` (0 keeps the
+// session's own) and makes active the host document its top two bits pick
+// (0: none).
 void buildSession(uint8_t selector, uint8_t switches);
 // Frees the model and puts every process-wide setting back.
 void resetSession();
