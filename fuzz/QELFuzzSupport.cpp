@@ -138,7 +138,8 @@ void addHostStates() {
             found += addDocumentState(component, shaft);
         }
     }
-    // u-spr1 is an occurrence in both workspaces.
+    // Five occurrences (u-spr1 is one in each workspace), a workspace and four
+    // documents.
     if (found != 10 || !shaft || !shaftOccurrence) {
         std::fprintf(stderr, "qel fuzz: the bundled session lacks components the harness marks (%d found)\n", found);
         std::abort();
