@@ -1,4 +1,5 @@
 #include "QELAbsoluteOccurrence.h"
+#include "QELLinkType.h"
 #include "QELStatus.h"
 
 #include <algorithm>
@@ -32,13 +33,6 @@ const char* const kPathInstanceName = "QELABSOLUTEOCCURRENCE_PROPERTY_PATH_INSTA
 const char* const kRelativeUID = "QELABSOLUTEOCCURRENCE_PROPERTY_RELATIVE_UID";
 const char* const kHidden = "IsHideInContext";
 const char* const kParentComp = "Parent_Comp";
-
-const int kLinkAbsWsp = 3;
-const int kLinkAbsItm = 4;
-const int kLinkAbsRel = 5;
-const int kLinkAbsAbv = 6;
-const int kLinkAbsAbs = 17;
-const int kLinkAbsScene = 26;
 
 // Built once: the traversals ask for it at every step.
 const CATUnicodeString& definitionKey() {
@@ -152,63 +146,63 @@ long QELAbsoluteOccurrence::setHideInAnyContext(unsigned char hidden) {
 // ---- links -----------------------------------------------------------------
 
 void QELAbsoluteOccurrence::linkItem(QELItem* item) {
-    addComponent(item, kLinkAbsItm, definitionKey());
+    addComponent(item, QELLinkType::ABS_ITM, definitionKey());
 }
 
 QELItem* QELAbsoluteOccurrence::getLinkedItem() const {
-    return static_cast<QELItem*>(firstOf(getComponents(kLinkAbsItm, definitionKey())));
+    return static_cast<QELItem*>(firstOf(getComponents(QELLinkType::ABS_ITM, definitionKey())));
 }
 
 void QELAbsoluteOccurrence::linkRelativeOccurrence(QELRelativeOccurrence* relative) {
     if (!relative)
         return;
-    addComponent(relative, kLinkAbsRel, definitionKey());
+    addComponent(relative, QELLinkType::ABS_REL, definitionKey());
     addStringProperty(kRelativeUID, relative->get_Name());
 }
 
 QELRelativeOccurrence* QELAbsoluteOccurrence::getLinkedRelativeOccurrence() const {
     return static_cast<QELRelativeOccurrence*>(
-        firstOf(getComponents(kLinkAbsRel, definitionKey())));
+        firstOf(getComponents(QELLinkType::ABS_REL, definitionKey())));
 }
 
 void QELAbsoluteOccurrence::linkWorkSpace(QELWorkSpace* workspace) {
-    addParentComponent(workspace, kLinkAbsWsp);
+    addParentComponent(workspace, QELLinkType::ABS_WSP);
 }
 
 QELWorkSpace* QELAbsoluteOccurrence::getLinkedWorkSpace() const {
-    return static_cast<QELWorkSpace*>(firstOf(getParentComponents(kLinkAbsWsp)));
+    return static_cast<QELWorkSpace*>(firstOf(getParentComponents(QELLinkType::ABS_WSP)));
 }
 
 void QELAbsoluteOccurrence::linkParentAbsoluteOccurrence(QELAbsoluteOccurrence* parent) {
-    addParentAbsolute(parent, kLinkAbsAbs, kParent);
+    addParentAbsolute(parent, QELLinkType::ABS_ABS, kParent);
 }
 
 QELAbsoluteOccurrence* QELAbsoluteOccurrence::getLinkedParentAbsoluteOccurrence() const {
-    return static_cast<QELAbsoluteOccurrence*>(firstOf(getParentComponents(kLinkAbsAbs)));
+    return static_cast<QELAbsoluteOccurrence*>(firstOf(getParentComponents(QELLinkType::ABS_ABS)));
 }
 
 void QELAbsoluteOccurrence::linkChildAbsoluteOccurrence(QELAbsoluteOccurrence* child) {
-    addAbsolute(child, kLinkAbsAbs, kChild);
+    addAbsolute(child, QELLinkType::ABS_ABS, kChild);
 }
 
 TYPMapCATUnicodeStringPVoid* QELAbsoluteOccurrence::getLinkedChildAbsoluteOccurrences() const {
-    return getChildrenComponents(kLinkAbsAbs);
+    return getChildrenComponents(QELLinkType::ABS_ABS);
 }
 
 QELAbsoluteOccurrence* QELAbsoluteOccurrence::getLinkedChildAbsoluteOccurrence(int index) const {
-    return static_cast<QELAbsoluteOccurrence*>(getChildrenComponent(kLinkAbsAbs, index));
+    return static_cast<QELAbsoluteOccurrence*>(getChildrenComponent(QELLinkType::ABS_ABS, index));
 }
 
 // ---- views -----------------------------------------------------------------
 
 void QELAbsoluteOccurrence::linkAbsoluteView(QELAbsoluteView* view) {
     if (view)
-        addComponent(view, kLinkAbsAbv, view->getSignature());
+        addComponent(view, QELLinkType::ABS_ABV, view->getSignature());
 }
 
 QELAbsoluteView*
 QELAbsoluteOccurrence::getLinkedAbsoluteView(const CATUnicodeString& signature) const {
-    return static_cast<QELAbsoluteView*>(firstOf(getComponents(kLinkAbsAbv, signature)));
+    return static_cast<QELAbsoluteView*>(firstOf(getComponents(QELLinkType::ABS_ABV, signature)));
 }
 
 QELAbsoluteView* QELAbsoluteOccurrence::getLinkedAbsoluteView(const QELItem* context) const {
@@ -231,7 +225,7 @@ QELAbsoluteView* QELAbsoluteOccurrence::getLinkedAbsoluteView(const QELItem* con
 }
 
 TYPMapCATUnicodeStringPVoid* QELAbsoluteOccurrence::getLinkedAbsoluteViews() const {
-    TYPMapCATUnicodeStringPVoid* bySignature = getComponents(kLinkAbsAbv);
+    TYPMapCATUnicodeStringPVoid* bySignature = getComponents(QELLinkType::ABS_ABV);
     if (!bySignature)
         return nullptr;
     auto* result = new TYPMapCATUnicodeStringPVoid("p_map_result", bySignature->size());
@@ -247,15 +241,15 @@ TYPMapCATUnicodeStringPVoid* QELAbsoluteOccurrence::getLinkedAbsoluteViews() con
 
 void QELAbsoluteOccurrence::linkScene(QELScene* scene) {
     if (scene)
-        addComponent(scene, kLinkAbsScene, scene->getSignature());
+        addComponent(scene, QELLinkType::ABS_SCENE, scene->getSignature());
 }
 
 QELScene* QELAbsoluteOccurrence::getLinkedScene(const CATUnicodeString& signature) const {
-    return static_cast<QELScene*>(firstOf(getComponents(kLinkAbsScene, signature)));
+    return static_cast<QELScene*>(firstOf(getComponents(QELLinkType::ABS_SCENE, signature)));
 }
 
 TYPMapCATUnicodeStringPVoid* QELAbsoluteOccurrence::getLinkedScenes() const {
-    return getComponents(kLinkAbsScene);
+    return getComponents(QELLinkType::ABS_SCENE);
 }
 
 void QELAbsoluteOccurrence::createScene(QELItem* context, const CATUnicodeString& name) {

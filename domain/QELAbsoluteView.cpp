@@ -1,11 +1,11 @@
 #include "QELAbsoluteView.h"
 
 #include "QELItem.h"
+#include "QELLinkType.h"
 
 namespace {
 
 const char* const kContext = "LINKNAME_CONTEXT";
-const int kLinkAbvItm = 18;
 
 } // namespace
 
@@ -15,9 +15,9 @@ QELAbsoluteView::QELAbsoluteView(const CATUnicodeString& signature) : QELAbsolut
     set_Name(signature);
 }
 
-void QELAbsoluteView::linkItem(QELItem* context) { addComponent(context, kLinkAbvItm, kContext); }
+void QELAbsoluteView::linkItem(QELItem* context) { addComponent(context, QELLinkType::ABV_ITM, kContext); }
 
 QELItem* QELAbsoluteView::getContext() const {
-    TYPMapCATUnicodeStringPVoid* contexts = getComponents(kLinkAbvItm, kContext);
+    TYPMapCATUnicodeStringPVoid* contexts = getComponents(QELLinkType::ABV_ITM, kContext);
     return contexts ? static_cast<QELItem*>(contexts->first()) : nullptr;
 }

@@ -6,18 +6,13 @@
 #include "QELGeoDatas.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELSession.h"
 #include "QELStacking.h"
 #include "TYPMapIntPVoid.h"
 
 namespace {
-
-const int kDocItem = 15; // DOC_ITM
-const int kRef = 16;     // REF
-const int kDocAbs = 20;  // DOC_ABS
-const int kDocGeoDatas = 28;
-const int kDocStacking = 29;
 
 const char* const kDocumentClass = "QELDOCUMENT_CLASSNAME";
 const char* const kFileClass = "QELFILE_CLASSNAME";
@@ -35,7 +30,7 @@ const char* const kSecondaryLink = "CATIA_secondary_Link_type";
 template <typename T>
 TYPVector<T*>* collectReferences(const QELComponent& owner, const char* className) {
     auto* out = new TYPVector<T*>();
-    TYPMapCATUnicodeStringPVoid* byKey = owner.getComponents(kRef);
+    TYPMapCATUnicodeStringPVoid* byKey = owner.getComponents(QELLinkType::REF);
     if (!byKey) return out;
     for (const auto& key : *byKey) {
         for (const auto& e : *static_cast<TYPMapCATUnicodeStringPVoid*>(key.object)) {
@@ -97,29 +92,29 @@ QELFile* QELDocument::createFile(const CATUnicodeString& refName, const CATUnico
         file = QELModelHeap::adopt(new QELFile(fileName));
         session->addFile(file);
     }
-    addComponent(file, kRef, refName);
+    addComponent(file, QELLinkType::REF, refName);
     file->linkDocument(this);
     return file;
 }
 
 TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedFiles(const CATUnicodeString& refName) const {
-    return getComponents(kRef, refName);
+    return getComponents(QELLinkType::REF, refName);
 }
 
-void QELDocument::linkItem(const CATUnicodeString& refName, QELItem* item) { addComponent(item, kDocItem, refName); }
+void QELDocument::linkItem(const CATUnicodeString& refName, QELItem* item) { addComponent(item, QELLinkType::DOC_ITM, refName); }
 
 TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedItems(const CATUnicodeString& refName) const {
-    return getComponents(kDocItem, refName);
+    return getComponents(QELLinkType::DOC_ITM, refName);
 }
 
-TYPMapCATUnicodeStringPVoid* QELDocument::getAllLinkedItems() const { return getComponents(kDocItem); }
+TYPMapCATUnicodeStringPVoid* QELDocument::getAllLinkedItems() const { return getComponents(QELLinkType::DOC_ITM); }
 
 void QELDocument::linkDocument(const CATUnicodeString& refName, QELDocument* document) {
-    addComponent(document, kRef, refName);
+    addComponent(document, QELLinkType::REF, refName);
 }
 
 void QELDocument::linkForm(QELForm* form) {
-    if (form) addComponent(form, kRef, form->getFormType());
+    if (form) addComponent(form, QELLinkType::REF, form->getFormType());
 }
 
 QELForm* QELDocument::addCATIADocAttributesForm() {
@@ -130,7 +125,7 @@ QELForm* QELDocument::addCATIADocAttributesForm() {
 }
 
 TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedCATIADocAttributesForms() const {
-    return getComponents(kRef, kDocAttributesType);
+    return getComponents(QELLinkType::REF, kDocAttributesType);
 }
 
 QELForm* QELDocument::addPublication(const CATUnicodeString& name) {
@@ -154,7 +149,7 @@ QELForm* QELDocument::getLinkedPublication(const CATUnicodeString& name) const {
 }
 
 TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedPublications() const {
-    return getComponents(kRef, kPublicationType);
+    return getComponents(QELLinkType::REF, kPublicationType);
 }
 
 TYPVectorPQELDocument* QELDocument::getAllLinkedDocuments() const {
@@ -168,7 +163,7 @@ TYPVectorPQELForm* QELDocument::getAllLinkedForms() const { return collectRefere
 // ---- design tables -------------------------------------------------------------
 
 QELDocument* QELDocument::addDesignTable(const CATUnicodeString& name, const CATUnicodeString& oldName) {
-    TYPMapCATUnicodeStringPVoid* known = getComponents(kRef, kDesignTableKey);
+    TYPMapCATUnicodeStringPVoid* known = getComponents(QELLinkType::REF, kDesignTableKey);
     auto* table = QELModelHeap::adopt(new QELDocument(oldName));
     table->addIntegerProperty("indiceDesignTable", known ? known->size() : 0);
     table->addStringProperty("OldDesignTableName", oldName);
@@ -178,11 +173,11 @@ QELDocument* QELDocument::addDesignTable(const CATUnicodeString& name, const CAT
     return table;
 }
 
-void QELDocument::addDesignTable(QELDocument* designTable) { addComponent(designTable, kRef, kDesignTableKey); }
+void QELDocument::addDesignTable(QELDocument* designTable) { addComponent(designTable, QELLinkType::REF, kDesignTableKey); }
 
 TYPVectorPQELDocument* QELDocument::getLinkedDesignTables() const {
     auto* out = new TYPVectorPQELDocument();
-    TYPMapCATUnicodeStringPVoid* tables = getComponents(kRef, kDesignTableKey);
+    TYPMapCATUnicodeStringPVoid* tables = getComponents(QELLinkType::REF, kDesignTableKey);
     if (!tables) return out;
     TYPMapIntPVoid byIndex("p_list_dt");
     for (const auto& e : *tables) {
@@ -343,17 +338,17 @@ int QELDocument::getPointedItemsByLink(const CATUnicodeString& linkName, TYPVect
 // ---- assembly and composites ----------------------------------------------------------
 
 void QELDocument::linkComponentAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) {
-    addComponent(occurrence, kDocAbs, "LINKNAME_COMPONENT");
+    addComponent(occurrence, QELLinkType::DOC_ABS, "LINKNAME_COMPONENT");
 }
 
 TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedComponentAbsoluteOccurrences() const {
-    return getComponents(kDocAbs, "LINKNAME_COMPONENT");
+    return getComponents(QELLinkType::DOC_ABS, "LINKNAME_COMPONENT");
 }
 
 void QELDocument::linkBody(QELGeoDatas* body) {
-    if (body) addComponent(body, kDocGeoDatas, body->getSignature());
+    if (body) addComponent(body, QELLinkType::DOC_GEODATAS, body->getSignature());
 }
 
-TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedBodys() const { return getComponents(kDocGeoDatas); }
+TYPMapCATUnicodeStringPVoid* QELDocument::getLinkedBodys() const { return getComponents(QELLinkType::DOC_GEODATAS); }
 
-void QELDocument::linkStacking(QELStacking* stacking) { addComponent(stacking, kDocStacking, "LINKNAME_DOC_STACKING"); }
+void QELDocument::linkStacking(QELStacking* stacking) { addComponent(stacking, QELLinkType::DOC_STACKING, "LINKNAME_DOC_STACKING"); }

@@ -1,10 +1,10 @@
 #include "QELFile.h"
 
 #include "QELDocument.h"
+#include "QELLinkType.h"
 #include "QELUtilities.h"
 
 namespace {
-const int kFileDocument = 14; // FIL_DOC
 const char* const kFileClass = "QELFILE_CLASSNAME";
 } // namespace
 
@@ -16,8 +16,8 @@ QELFile::QELFile(const CATUnicodeString& fileName) {
     addStringProperty("File_Version", QELUtilities::getFileExtension(fileName));
 }
 
-void QELFile::linkDocument(QELDocument* document) { addParentComponent(document, kFileDocument); }
+void QELFile::linkDocument(QELDocument* document) { addParentComponent(document, QELLinkType::FIL_DOC); }
 
 QELDocument* QELFile::getLinkedDocument() const {
-    return static_cast<QELDocument*>(getParentComponent(kFileDocument, 0));
+    return static_cast<QELDocument*>(getParentComponent(QELLinkType::FIL_DOC, 0));
 }

@@ -2,10 +2,10 @@
 
 #include "QELDocument.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "UTILString.h"
 
 namespace {
-const int kFormDocument = 13; // FRM_DOC
 const char* const kFormClass = "QELFORM_CLASSNAME";
 const char* const kDocumentClass = "QELDOCUMENT_CLASSNAME";
 const char* const kTypeProperty = "QELFORM_PROPERTY_TYPE_FORM";
@@ -27,10 +27,10 @@ CATUnicodeString QELForm::getFormType() const { return getStringProperty(kTypePr
 
 void QELForm::setFormType(const CATUnicodeString& formType) { addStringProperty(kTypeProperty, formType); }
 
-void QELForm::linkDocument(QELDocument* document) { addParentComponent(document, kFormDocument); }
+void QELForm::linkDocument(QELDocument* document) { addParentComponent(document, QELLinkType::FRM_DOC); }
 
 QELDocument* QELForm::getLinkedDocument() const {
-    return static_cast<QELDocument*>(getParentComponent(kFormDocument, 0));
+    return static_cast<QELDocument*>(getParentComponent(QELLinkType::FRM_DOC, 0));
 }
 
 // ---- GRM links ---------------------------------------------------------------

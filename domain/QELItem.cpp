@@ -5,19 +5,13 @@
 #include "QELDocument.h"
 #include "QELForm.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELRelativeOccurrence.h"
 #include "QELScene.h"
 #include "QELSession.h"
 
 namespace {
-
-const int kItemView = 8;       // ITM_ABV
-const int kItemRelative = 9;   // ITM_REL
-const int kItemAbsolute = 10;  // ITM_ABS
-const int kItemDocument = 11;  // ITM_DOC
-const int kItemForm = 12;      // ITM_FRM
-const int kItemScene = 25;     // ITM_SCENE
 
 const char* const kItemClass = "QELITEM_CLASSNAME";
 const char* const kDocumentClass = "QELDOCUMENT_CLASSNAME";
@@ -47,28 +41,28 @@ QELDocument* QELItem::createDocument(const CATUnicodeString& refName, EnumDocume
 }
 
 void QELItem::linkDocument(const CATUnicodeString& refName, QELDocument* document) {
-    addComponent(document, kItemDocument, refName);
+    addComponent(document, QELLinkType::ITM_DOC, refName);
 }
 
 TYPMapCATUnicodeStringPVoid* QELItem::getLinkedDocuments(const CATUnicodeString& refName) const {
-    return getComponents(kItemDocument, refName);
+    return getComponents(QELLinkType::ITM_DOC, refName);
 }
 
-TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedDocuments() const { return getComponents(kItemDocument); }
+TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedDocuments() const { return getComponents(QELLinkType::ITM_DOC); }
 
 // ---- forms -------------------------------------------------------------------
 
 void QELItem::linkForm(QELForm* form) {
-    if (form) addComponent(form, kItemForm, form->getFormType());
+    if (form) addComponent(form, QELLinkType::ITM_FRM, form->getFormType());
 }
 
 TYPMapCATUnicodeStringPVoid* QELItem::getLinkedForms(const CATUnicodeString& formType) const {
-    return getComponents(kItemForm, formType);
+    return getComponents(QELLinkType::ITM_FRM, formType);
 }
 
 TYPVectorPQELForm* QELItem::getAllLinkedForms() const {
     auto* out = new TYPVectorPQELForm();
-    TYPMapCATUnicodeStringPVoid* byType = getComponents(kItemForm);
+    TYPMapCATUnicodeStringPVoid* byType = getComponents(QELLinkType::ITM_FRM);
     if (!byType) return out;
     for (const auto& type : *byType) {
         for (const auto& e : *static_cast<TYPMapCATUnicodeStringPVoid*>(type.object)) {
@@ -81,45 +75,45 @@ TYPVectorPQELForm* QELItem::getAllLinkedForms() const {
 // ---- assembly objects ------------------------------------------------------------
 
 void QELItem::linkRelativeOccurrence(QELRelativeOccurrence* occurrence) {
-    addChildrenComponent(occurrence, kItemRelative);
+    addChildrenComponent(occurrence, QELLinkType::ITM_REL);
 }
 
-TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedRelOccs() const { return getChildrenComponents(kItemRelative); }
+TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedRelOccs() const { return getChildrenComponents(QELLinkType::ITM_REL); }
 
 QELRelativeOccurrence* QELItem::getLinkedRelativeOccurrence(const CATUnicodeString& key) const {
-    return static_cast<QELRelativeOccurrence*>(getChildrenComponent(kItemRelative, key));
+    return static_cast<QELRelativeOccurrence*>(getChildrenComponent(QELLinkType::ITM_REL, key));
 }
 
 QELRelativeOccurrence* QELItem::getLinkedRelativeOccurrence(const CATUnicodeString& key1,
                                                             const CATUnicodeString& key2) const {
-    return static_cast<QELRelativeOccurrence*>(getChildrenComponent(kItemRelative, key1, key2));
+    return static_cast<QELRelativeOccurrence*>(getChildrenComponent(QELLinkType::ITM_REL, key1, key2));
 }
 
-void QELItem::linkAbsOcc(QELAbsoluteOccurrence* occurrence) { addParentComponent(occurrence, kItemAbsolute); }
+void QELItem::linkAbsOcc(QELAbsoluteOccurrence* occurrence) { addParentComponent(occurrence, QELLinkType::ITM_ABS); }
 
 QELAbsoluteOccurrence* QELItem::getLinkedAbsOcc() const {
-    return static_cast<QELAbsoluteOccurrence*>(getParentComponent(kItemAbsolute, 0));
+    return static_cast<QELAbsoluteOccurrence*>(getParentComponent(QELLinkType::ITM_ABS, 0));
 }
 
-TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedAbsOccs() const { return getParentComponents(kItemAbsolute); }
+TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedAbsOccs() const { return getParentComponents(QELLinkType::ITM_ABS); }
 
 // A view's signature is also its component name, so the map under a
 // signature holds the one view of it, filed under that same text.
 void QELItem::linkAbsoluteView(QELAbsoluteView* view) {
-    if (view) addComponent(view, kItemView, view->getSignature());
+    if (view) addComponent(view, QELLinkType::ITM_ABV, view->getSignature());
 }
 
 QELAbsoluteView* QELItem::getLinkedAbsoluteViews(const CATUnicodeString& signature) const {
-    return static_cast<QELAbsoluteView*>(getComponent(kItemView, signature, signature));
+    return static_cast<QELAbsoluteView*>(getComponent(QELLinkType::ITM_ABV, signature, signature));
 }
 
-TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedAbsoluteViews() const { return getComponents(kItemView); }
+TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedAbsoluteViews() const { return getComponents(QELLinkType::ITM_ABV); }
 
 void QELItem::linkScene(QELScene* scene) {
-    if (scene) addComponent(scene, kItemScene, scene->getSignature());
+    if (scene) addComponent(scene, QELLinkType::ITM_SCENE, scene->getSignature());
 }
 
-TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedScenes() const { return getComponents(kItemScene); }
+TYPMapCATUnicodeStringPVoid* QELItem::getAllLinkedScenes() const { return getComponents(QELLinkType::ITM_SCENE); }
 
 // ---- GRM links ---------------------------------------------------------------------
 

@@ -2,14 +2,9 @@
 
 #include <cstdio>
 
+#include "QELLinkType.h"
 #include "QELSequence.h"
 #include "QELStacking.h"
-
-namespace {
-
-const int kLinkPliesGroupSequence = 31;
-
-} // namespace
 
 QELPliesGroup::QELPliesGroup() { set_ClassName("QELPLIES_GROUP_CLASSNAME"); }
 
@@ -31,5 +26,5 @@ CATUnicodeString QELPliesGroup::getPliesGroup() const {
 }
 
 void QELPliesGroup::linkSequence(QELSequence* sequence) {
-    addComponent(sequence, kLinkPliesGroupSequence, "LINKNAME_PLIESGROUP_SEQUENCE");
+    addComponent(sequence, QELLinkType::PLIES_GROUP_SEQUENCE, "LINKNAME_PLIESGROUP_SEQUENCE");
 }

@@ -4,12 +4,11 @@
 
 #include "QELAbsoluteOccurrence.h"
 #include "QELItem.h"
+#include "QELLinkType.h"
 
 namespace {
 
 const char* const kDefinition = "LINKNAME_DEFINITION";
-const int kLinkAbsRel = 5;
-const int kLinkRelItm = 7;
 
 } // namespace
 
@@ -30,14 +29,14 @@ QELRelativeOccurrence::QELRelativeOccurrence(const CATUnicodeString& first,
 void QELRelativeOccurrence::setOCCID(const CATUnicodeString& occid) { set_Name(occid); }
 
 void QELRelativeOccurrence::addAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) {
-    addAbsolute(occurrence, kLinkAbsRel, kDefinition);
+    addAbsolute(occurrence, QELLinkType::ABS_REL, kDefinition);
 }
 
 void QELRelativeOccurrence::linkItem(QELItem* item) {
-    addComponent(item, kLinkRelItm, kDefinition);
+    addComponent(item, QELLinkType::REL_ITM, kDefinition);
 }
 
 QELItem* QELRelativeOccurrence::getLinkedItem() const {
-    TYPMapCATUnicodeStringPVoid* items = getComponents(kLinkRelItm, kDefinition);
+    TYPMapCATUnicodeStringPVoid* items = getComponents(QELLinkType::REL_ITM, kDefinition);
     return items ? static_cast<QELItem*>(items->first()) : nullptr;
 }

@@ -4,11 +4,11 @@
 
 #include "QELAbsoluteOccurrence.h"
 #include "QELItem.h"
+#include "QELLinkType.h"
 
 namespace {
 
 const char* const kContext = "LINKNAME_CONTEXT";
-const int kLinkItmScene = 25;
 
 } // namespace
 
@@ -31,10 +31,10 @@ void QELScene::buildScene(QELAbsoluteOccurrence* occ, QELItem* context,
     occ->linkScene(this);
 }
 
-void QELScene::linkItem(QELItem* context) { addComponent(context, kLinkItmScene, kContext); }
+void QELScene::linkItem(QELItem* context) { addComponent(context, QELLinkType::ITM_SCENE, kContext); }
 
 QELItem* QELScene::getContext() const {
-    TYPMapCATUnicodeStringPVoid* contexts = getComponents(kLinkItmScene, kContext);
+    TYPMapCATUnicodeStringPVoid* contexts = getComponents(QELLinkType::ITM_SCENE, kContext);
     return contexts ? static_cast<QELItem*>(contexts->first()) : nullptr;
 }
 

@@ -2,14 +2,9 @@
 
 #include <cstdio>
 
+#include "QELLinkType.h"
 #include "QELPliesGroup.h"
 #include "QELPly.h"
-
-namespace {
-
-const int kLinkSequencePly = 32;
-
-} // namespace
 
 QELSequence::QELSequence() { set_ClassName("QELSEQUENCE_CLASSNAME"); }
 
@@ -29,5 +24,5 @@ void QELSequence::buildSequence(QELPliesGroup* owner, const CATUnicodeString& na
 CATUnicodeString QELSequence::getSequence() const { return getStringProperty("sequence_name"); }
 
 void QELSequence::linkPly(QELPly* ply) {
-    addComponent(ply, kLinkSequencePly, "LINKNAME_SEQUENCE_PLY");
+    addComponent(ply, QELLinkType::SEQUENCE_PLY, "LINKNAME_SEQUENCE_PLY");
 }

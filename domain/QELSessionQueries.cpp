@@ -1,4 +1,5 @@
 #include "QELSession.h"
+#include "QELLinkType.h"
 #include "QELStatus.h"
 
 #include <memory>
@@ -15,11 +16,10 @@
 namespace {
 
 const long kFail = QEL_E_FAIL;
-const int kItemToDocument = 11;
 
-// The first document an item (or any component) holds under link 11.
+// The first document an item (or any component) holds under ITM_DOC.
 QELComponent* firstItemDocument(const QELComponent* item) {
-    TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(kItemToDocument) : nullptr;
+    TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(QELLinkType::ITM_DOC) : nullptr;
     return documents ? static_cast<QELComponent*>(documents->first()) : nullptr;
 }
 

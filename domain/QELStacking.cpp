@@ -3,13 +3,8 @@
 #include <cstdio>
 
 #include "QELDocument.h"
+#include "QELLinkType.h"
 #include "QELPliesGroup.h"
-
-namespace {
-
-const int kLinkStackingPliesGroup = 30;
-
-} // namespace
 
 QELStacking::QELStacking() { set_ClassName("QELSTACKING_CLASSNAME"); }
 
@@ -29,5 +24,5 @@ void QELStacking::buildStacking(QELDocument* owner, const CATUnicodeString& name
 CATUnicodeString QELStacking::getStacking() const { return getStringProperty("stacking_name"); }
 
 void QELStacking::linkPliesGroup(QELPliesGroup* pliesGroup) {
-    addComponent(pliesGroup, kLinkStackingPliesGroup, "LINKNAME_STACKING_PLIESGROUP");
+    addComponent(pliesGroup, QELLinkType::STACKING_PLIES_GROUP, "LINKNAME_STACKING_PLIESGROUP");
 }

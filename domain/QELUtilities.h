@@ -6,11 +6,11 @@
 
 class QELDocument;
 
-// Stateless helpers of the model.
+// Stateless helpers of the domain.
 class QELUtilities {
 public:
-    // The name of a link-type code ("WSP_ABS", ...); a code without a name
-    // (23, 27, anything outside 1..32) gives its decimal text.
+    // The name of a link-type code: QELLinkType::name, under the name callers
+    // of the model have always used.
     static CATUnicodeString getLinkTypeName(int linkType);
 
     // The reference name under which a document of that type files its own

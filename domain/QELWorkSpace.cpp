@@ -12,15 +12,11 @@
 #include "QELFile.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELUtilities.h"
 #include "TYPMapIntPVoid.h"
 
 namespace {
-
-const int kLinkWspAbs = 1;
-const int kLinkWspDoc = 2;
-const int kLinkItmDoc = 11;
-const int kLinkWspItem = 22;
 
 const char* const kConfiguration = "Configuration";
 const char* const kDocFileLink = "QELWORKSPACE_PROPERTY_DOCFILE_LINK";
@@ -106,17 +102,17 @@ void QELWorkSpace::setItemDocLinkType(const CATUnicodeString& refName) {
 // ---- root document, item and file ------------------------------------------
 
 void QELWorkSpace::linkDocument(QELDocument* document) {
-    addChildrenComponent(document, kLinkWspDoc);
+    addChildrenComponent(document, QELLinkType::WSP_DOC);
 }
 
 QELDocument* QELWorkSpace::getLinkedDocument() const {
-    return firstOf<QELDocument>(getChildrenComponents(kLinkWspDoc));
+    return firstOf<QELDocument>(getChildrenComponents(QELLinkType::WSP_DOC));
 }
 
-void QELWorkSpace::linkItem(QELItem* item) { addChildrenComponent(item, kLinkWspItem); }
+void QELWorkSpace::linkItem(QELItem* item) { addChildrenComponent(item, QELLinkType::WSP_ITEM); }
 
 QELItem* QELWorkSpace::getItem() const {
-    return firstOf<QELItem>(getChildrenComponents(kLinkWspItem));
+    return firstOf<QELItem>(getChildrenComponents(QELLinkType::WSP_ITEM));
 }
 
 QELFile* QELWorkSpace::getFile() const {
@@ -130,11 +126,11 @@ QELFile* QELWorkSpace::getFile() const {
 // ---- occurrences -----------------------------------------------------------
 
 void QELWorkSpace::linkAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence) {
-    addAbsolute(occurrence, kLinkWspAbs, "LINKNAME_CHILD");
+    addAbsolute(occurrence, QELLinkType::WSP_ABS, "LINKNAME_CHILD");
 }
 
 TYPMapCATUnicodeStringPVoid* QELWorkSpace::getLinkedAbsoluteOccurrences() const {
-    return getChildrenComponents(kLinkWspAbs);
+    return getChildrenComponents(QELLinkType::WSP_ABS);
 }
 
 QELAbsoluteOccurrence* QELWorkSpace::getAbsoluteOccurrence(const CATUnicodeString& name) const {
@@ -188,7 +184,7 @@ TYPMapCATUnicodeStringPVoid* QELWorkSpace::getWorkspaceDocuments() const {
         for (const auto& e : *occurrences) {
             const QELItem* item = static_cast<QELAbsoluteOccurrence*>(e.object)->getLinkedItem();
             auto* document =
-                item ? static_cast<QELDocument*>(item->getChildrenComponent(kLinkItmDoc, 0))
+                item ? static_cast<QELDocument*>(item->getChildrenComponent(QELLinkType::ITM_DOC, 0))
                      : nullptr;
             if (!document)
                 continue;

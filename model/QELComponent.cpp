@@ -4,14 +4,13 @@
 
 #include "QELHandleTable.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELPropertySet.h"
-#include "QELUtilities.h"
 #include "UTILString.h"
 
 namespace {
 
-const int kGRMLinkType = 19;
 const char* const kChild = "LINKNAME_CHILD";
 const char* const kParent = "LINKNAME_PARENT";
 
@@ -169,7 +168,7 @@ QELLink* QELComponent::addGRMLink(const CATUnicodeString& name, QELComponent* se
             }
         }
     }
-    auto* link = QELModelHeap::adopt(new QELLink(kGRMLinkType, name, this, secondary));
+    auto* link = QELModelHeap::adopt(new QELLink(QELLinkType::GRM_LINK, name, this, secondary));
     addGRMLink(link);
     if (secondary != this) secondary->addGRMLink(link);
     return link;
@@ -192,7 +191,7 @@ void QELComponent::addGRMLink(QELLink* link) {
 }
 
 TYPMapCATUnicodeStringPVoid* QELComponent::getAllGRMLinks() const {
-    return _grmLinks ? static_cast<LinkTable*>(_grmLinks->find(kGRMLinkType)) : nullptr;
+    return _grmLinks ? static_cast<LinkTable*>(_grmLinks->find(QELLinkType::GRM_LINK)) : nullptr;
 }
 
 TYPVectorPQELLink* QELComponent::getGRMLinks(const CATUnicodeString& name) const {
@@ -376,7 +375,7 @@ CATUnicodeString QELComponent::print(int style) const {
     }
     if (_relations) {
         for (const auto& byType : *_relations) {
-            CATUnicodeString typeName = QELUtilities::getLinkTypeName(byType.key);
+            CATUnicodeString typeName = QELLinkType::name(byType.key);
             for (const auto& byName : *static_cast<RelationTable*>(byType.object)) {
                 for (const auto& related : *static_cast<TYPMapCATUnicodeStringPVoid*>(byName.object)) {
                     if (style == 0) {

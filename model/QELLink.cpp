@@ -1,8 +1,8 @@
 #include "QELLink.h"
 
 #include "QELComponent.h"
+#include "QELLinkType.h"
 #include "QELPropertySet.h"
-#include "QELUtilities.h"
 #include "UTILString.h"
 
 QELLink::QELLink() : _properties(new QELPropertySet()), _type(0), _primary(nullptr), _secondary(nullptr) {}
@@ -46,7 +46,7 @@ CATIProduct* QELLink::getCATIProductProperty(const CATUnicodeString& name) const
 int QELLink::getPropertiesCount() const { return _properties->getPropertiesCount(); }
 
 CATUnicodeString QELLink::print(int style, const CATUnicodeString& from) const {
-    CATUnicodeString typeName = QELUtilities::getLinkTypeName(_type);
+    CATUnicodeString typeName = QELLinkType::name(_type);
     CATUnicodeString secondaryName = _secondary ? _secondary->get_Name() : CATUnicodeString();
     if (style == 0) {
         return "\t---- " + typeName + " / " + _name + " ---> " + secondaryName + "\n" + _properties->print(0);

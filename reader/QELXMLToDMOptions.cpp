@@ -12,6 +12,7 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
 #include "QELItem.h"
+#include "QELLinkType.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
 
@@ -20,7 +21,6 @@ namespace {
 const char* const kReadOptions = "QELXMLToDM::readOptions";
 const char* const kRoot = "<DESCFILE>";
 const long kNullObject = 2103;
-const int kLinkItemDocument = 11;
 
 // A status fails the way the host's results do: negative as a 32-bit value,
 // so that 0x80004005 counts as a failure where a long has 64 bits.
@@ -39,7 +39,7 @@ int toInt(const CATUnicodeString& text) {
 
 // The item's first document is the one the entry's flags are for.
 QELDocument* firstDocumentOf(QELItem* item) {
-    QELComponent* child = item->getChildrenComponent(kLinkItemDocument, 0);
+    QELComponent* child = item->getChildrenComponent(QELLinkType::ITM_DOC, 0);
     return child && child->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(child) : nullptr;
 }
 

@@ -23,6 +23,7 @@
 #include "QELDocument.h"
 #include "QELFile.h"
 #include "QELItem.h"
+#include "QELLinkType.h"
 #include "QELUtilities.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPVector.h"
@@ -82,9 +83,9 @@ inline CV5CAAQELAbsoluteOccurrence* hostOccurrence(QELComponent* c) {
                                                                      : nullptr;
 }
 
-// The first document an item holds under link 11 (ITM_DOC), if it is one.
+// The first document an item holds under ITM_DOC, if it is one.
 inline QELDocument* firstDocument(const QELComponent* item) {
-    TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(11) : nullptr;
+    TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(QELLinkType::ITM_DOC) : nullptr;
     auto* c = documents ? static_cast<QELComponent*>(documents->first()) : nullptr;
     return c && c->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(c) : nullptr;
 }

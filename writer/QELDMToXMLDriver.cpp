@@ -18,6 +18,7 @@
 #include "QELDMToXMLLookups.h"
 #include "QELDMToXMLTraversal.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
 #include "TYPMapIntPVoid.h"
@@ -290,7 +291,7 @@ QELComponent* QELDMToXML::getMasterComponent(QELDocument* document) {
             if (root->get_Name() == document->get_Name()) return workspace;
         }
     }
-    QELComponent* parent = document->getParentComponent(15, 0);
+    QELComponent* parent = document->getParentComponent(QELLinkType::DOC_ITM, 0);
     if (!parent || !parent->isAKindOf("QELITEM_CLASSNAME")) return nullptr;
     return static_cast<QELItem*>(parent)->getLinkedAbsOcc();
 }
