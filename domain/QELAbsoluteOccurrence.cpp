@@ -1,6 +1,4 @@
 #include "QELAbsoluteOccurrence.h"
-#include "QELLinkType.h"
-#include "QELStatus.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -11,15 +9,16 @@
 #include "QELDocument.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELRelativeOccurrence.h"
 #include "QELScene.h"
+#include "QELStatus.h"
 #include "QELWorkSpace.h"
 #include "UTILString.h"
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
 const char* const kSeparator = "+++";
 const char* const kChild = "LINKNAME_CHILD";
 const char* const kParent = "LINKNAME_PARENT";
@@ -289,7 +288,7 @@ long QELAbsoluteOccurrence::buildAbsoluteViewSignature(const QELItem* context,
                                                        CATUnicodeString& signature) const {
     signature = CATUnicodeString();
     if (!context)
-        return kFail;
+        return QEL_E_FAIL;
     long status = 0;
     CATUnicodeString text = getInstanceName();
     appendParentComp(this, text, status);
@@ -310,7 +309,7 @@ long QELAbsoluteOccurrence::buildAbsoluteViewSignature(const QELItem* context,
         }
     }
     if (!candidate || !sameName(candidate, context))
-        return kFail;
+        return QEL_E_FAIL;
     text += kSeparator;
     text += context->get_Name();
     signature = text;
@@ -374,7 +373,7 @@ long QELAbsoluteOccurrence::getAllAbsViews(TYPVectorPQELComponent*& views) const
                 continue;
             CATUnicodeString signature;
             status = buildAbsoluteViewSignature(context, signature);
-            if (status == kFail)
+            if (status == QEL_E_FAIL)
                 continue;
             if (QELAbsoluteView* view = context->getLinkedAbsoluteViews(signature))
                 views->push_back(view);

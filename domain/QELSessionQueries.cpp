@@ -1,6 +1,4 @@
 #include "QELSession.h"
-#include "QELLinkType.h"
-#include "QELStatus.h"
 
 #include <memory>
 
@@ -9,13 +7,13 @@
 #include "QELDocument.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
+#include "QELStatus.h"
 #include "QELWorkSpace.h"
 #include "TYPMapIntPVoid.h"
 
 namespace {
-
-const long kFail = QEL_E_FAIL;
 
 // The first document an item (or any component) holds under ITM_DOC.
 QELComponent* firstItemDocument(const QELComponent* item) {
@@ -147,7 +145,7 @@ TYPVectorPQELComponent* QELSession::getLinkedComponents(QELComponent* component,
 long QELSession::getOrderedLinkedComponents(QELComponent* component, QELDocument* document,
                                             TYPVectorPQELComponent& components,
                                             TYPVectorPQELDocument& documents) const {
-    if (!component) return kFail;
+    if (!component) return QEL_E_FAIL;
     long status = 0;
     if (!component->getBooleanProperty("IsVisible") || component->getBooleanProperty("IsAnIgnoreNode")) return status;
     components.push_back(component);

@@ -4,7 +4,6 @@
 #include "QELXMLToDM.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -25,6 +24,7 @@
 #include "QELItem.h"
 #include "QELRelativeOccurrence.h"
 #include "QELSession.h"
+#include "QELStatus.h"
 #include "QELUtilities.h"
 #include "QELWorkSpace.h"
 #include "UTILFile.h"
@@ -68,10 +68,6 @@ bool isBlock(const std::string& name) {
         "ActivateShapes",   "AnalysisFiles",  "Externals",        "Mapping_Inst", "PartComposites"};
     return kBlocks.count(name) != 0;
 }
-
-// A status fails the way the host's results do: negative as a 32-bit value,
-// so that 0x80004005 counts as a failure where a long has 64 bits.
-bool failed(long status) { return static_cast<int32_t>(status) < 0; }
 
 void journalEndOfFile(const std::string& path) {
     JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Unexpected end of file", path.c_str());
@@ -321,9 +317,9 @@ void QELXMLToDM::execute(QELSession* session) {
         // An entry whose Item_Info did not close is not applied.
         QELWorkSpace* entryWorkspace = nullptr;
         if (complete) {
-            if (PROCManager::manageExternalFiles() && failed(readAndUpdateExternalFiles(session, entries)))
+            if (PROCManager::manageExternalFiles() && QELFailed(readAndUpdateExternalFiles(session, entries)))
                 JNLManager::writeMsg("ERROR : The external files are not updated.");
-            if (ENVManager::isCompositeManaged() && failed(readAndUpdateCompositeFiles(session, entries)))
+            if (ENVManager::isCompositeManaged() && QELFailed(readAndUpdateCompositeFiles(session, entries)))
                 JNLManager::writeMsg("ERROR : The composite files are not updated.");
 
             if (run.product && PROCManager::manageSavableStatusForNonSave()) {

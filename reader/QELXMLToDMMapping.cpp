@@ -123,10 +123,10 @@ long QELXMLToDM::updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDoc
     long status = 0;
     if (!map) {
         EMHManager::writeMsg(function, 2103, "ip_liste");
-        status = kFail;
+        status = QEL_E_FAIL;
     } else if (!document) {
         EMHManager::writeMsg(function, 2103, "ip_document");
-        status = kFail;
+        status = QEL_E_FAIL;
     } else {
         const int count = readBlockCount(map, "Mapping_Attribut", pos);
         if (count >= 0) {
@@ -152,10 +152,10 @@ long QELXMLToDM::updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelative
     long status = 0;
     if (!map) {
         EMHManager::writeMsg(function, 2103, "ip_liste");
-        status = kFail;
+        status = QEL_E_FAIL;
     } else if (!relativeOccurrence) {
         EMHManager::writeMsg(function, 2103, "ip_rel_occ");
-        status = kFail;
+        status = QEL_E_FAIL;
     } else {
         const int count = readBlockCount(map, "Mapping_Inst", pos);
         if (count >= 0) {
@@ -197,18 +197,18 @@ long QELXMLToDM::readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* 
     long status = 0;
     if (!component || !item) {
         JNLManager::writeMsg(component ? "ip_item is NULL" : "ip_component is NULL");
-        status = kFail;
+        status = QEL_E_FAIL;
     } else if (component->getIntegerProperty("Modified_Flag") != -1) {
         const CATUnicodeString* itemId = entryValue(map, "Item_ID");
         const CATUnicodeString* itemRevId = entryValue(map, "ItemRev_ID");
         if (!itemId) {
             JNLManager::writeMsg("p_item_id is NULL");
-            status = kFail;
+            status = QEL_E_FAIL;
         } else {
             item->addStringProperty("Item_ID", *itemId);
             if (!itemRevId) {
                 JNLManager::writeMsg("p_itemrev_id is NULL");
-                status = kFail;
+                status = QEL_E_FAIL;
             } else {
                 item->addStringProperty("ItemRev_ID", *itemRevId);
             }
@@ -228,7 +228,7 @@ long QELXMLToDM::updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, 
     QELComponent* component = address ? resolvePointer(address) : nullptr;
     if (!address) {
         JNLManager::writeMsg("Cannot find balise POINTER_ADDRESS");
-        status = kFail;
+        status = QEL_E_FAIL;
     } else if (maskText) {
         const int mask = toInt(*maskText);
         if (CV5CAAQELWorkSpace* hostWorkspace = hostWorkSpace(component)) {
@@ -237,7 +237,7 @@ long QELXMLToDM::updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, 
             workspace = hostWorkspace;
             if (workspace->computeAndUpdateMaskProperty(mask) < 0) {
                 EMHManager::writeMsg(function, 2102, "computeAndUpdateMaskProperty");
-                status = kFail;
+                status = QEL_E_FAIL;
             } else {
                 readSecondariesAttributes(workspace->getWorkSpaceDefaultDocument(), map);
             }
@@ -247,19 +247,19 @@ long QELXMLToDM::updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, 
             if (CV5CAAQELDocument* designated = hostDocument(component)) document = designated;
             if (!document) {
                 JNLManager::writeMsg("ip_document is NULL");
-                status = kFail;
+                status = QEL_E_FAIL;
             } else if (document->getBooleanProperty("IsSecondary")) {
-                if (document->updateMaskProperty(mask) < 0) status = kFail;
+                if (document->updateMaskProperty(mask) < 0) status = QEL_E_FAIL;
             } else {
                 QELItem* item = document->getDefaultItem();
                 CV5CAAQELItem* host = hostItem(item);
                 if (!item) {
                     EMHManager::writeMsg(function, 2102, "getDefaultItem");
-                    status = kFail;
+                    status = QEL_E_FAIL;
                 } else if (!host || host->computeAndUpdateMaskProperty(mask) < 0) {
                     // A plain model item cannot compute a mask.
                     EMHManager::writeMsg(function, 2102, "computeAndUpdateMaskProperty");
-                    status = kFail;
+                    status = QEL_E_FAIL;
                 } else {
                     readSecondariesAttributes(document, map);
                 }

@@ -3,7 +3,6 @@
 
 #include "QELXMLToDM.h"
 
-#include <cstdint>
 #include <string>
 
 #include "CV5CAAToolsDesc.h"
@@ -14,6 +13,7 @@
 #include "QELItem.h"
 #include "QELLinkType.h"
 #include "QELSession.h"
+#include "QELStatus.h"
 #include "QELWorkSpace.h"
 
 namespace {
@@ -21,10 +21,6 @@ namespace {
 const char* const kReadOptions = "QELXMLToDM::readOptions";
 const char* const kRoot = "<DESCFILE>";
 const long kNullObject = 2103;
-
-// A status fails the way the host's results do: negative as a 32-bit value,
-// so that 0x80004005 counts as a failure where a long has 64 bits.
-bool failed(long status) { return static_cast<int32_t>(status) < 0; }
 
 const CATUnicodeString* valueOf(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
     return static_cast<const CATUnicodeString*>(map->find(key));
@@ -144,7 +140,7 @@ void QELXMLToDM::readOptions(QELSession* session) {
         QELItem* item = nullptr;
         QELDocument* document = nullptr;
         if (component && findTargets(component, item, document)) {
-            if (failed(readAndUpdateItemIdItemRevId(component, item, entries)))
+            if (QELFailed(readAndUpdateItemIdItemRevId(component, item, entries)))
                 JNLManager::writeMsg("Impossible to read and update the Item/ItemRev");
             if (document) applyEntryFlags(session, component, document, entries);
         }

@@ -12,7 +12,6 @@
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
 const char* const kCount = "NBElements";
 
 enum class Sibling { Found, Absent, EndOfFile };
@@ -160,7 +159,7 @@ long QELXMLToDM::getTagValueByName(long long start, const CATUnicodeString& stop
         JNLManager::beginFunction(kFunction);
         JNLManager::writeMsgFormatted("%s tag was not found", open.c_str());
         JNLManager::endFunction(kFunction, -1);
-        return kFail;
+        return QEL_E_FAIL;
     }
 
     std::string text;
@@ -180,7 +179,7 @@ long QELXMLToDM::getTagValueByName(long long start, const CATUnicodeString& stop
     }
     journalEndOfFile(_path);
     value = CATUnicodeString(text);
-    return kFail;
+    return QEL_E_FAIL;
 }
 
 QELComponent* QELXMLToDM::resolvePointer(const CATUnicodeString* token) {

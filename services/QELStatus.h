@@ -10,4 +10,8 @@
 const long QEL_S_OK = 0;
 const long QEL_E_FAIL = static_cast<long>(static_cast<int32_t>(0x80004005u));
 
+// Whether a status is a failure, read as the host reads its own: negative as
+// a 32-bit value, so that 0x80004005 held in a 64-bit long still counts.
+inline bool QELFailed(long status) { return static_cast<int32_t>(status) < 0; }
+
 #endif

@@ -19,8 +19,6 @@
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
-
 std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
 
 std::vector<std::string> namesOf(const TYPVectorPQELComponent& components) {
@@ -271,9 +269,9 @@ TEST_F(AbsoluteOccurrenceTest, SignatureRunsUpToEachAncestorContext) {
         {a.bolt.get(), &a.root, 0, "Bolt+++Sub+++Top+++Root"},
         {a.top.get(), &a.root, 0, "Top+++Root"},
         {a.bolt.get(), &rootTwin, 0, "Bolt+++Sub+++Top+++Root"},
-        {a.bolt.get(), &stranger, kFail, ""},
-        {a.bolt.get(), &a.itemBolt, kFail, ""},
-        {a.bolt.get(), nullptr, kFail, ""},
+        {a.bolt.get(), &stranger, QEL_E_FAIL, ""},
+        {a.bolt.get(), &a.itemBolt, QEL_E_FAIL, ""},
+        {a.bolt.get(), nullptr, QEL_E_FAIL, ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.context ? text(row.context->get_Name()) : "no context");
@@ -285,7 +283,7 @@ TEST_F(AbsoluteOccurrenceTest, SignatureRunsUpToEachAncestorContext) {
     // A parent without an item ends the walk.
     CATUnicodeString signature;
     QELAbsoluteOccurrence leaf("v2", "L", &occ);
-    EXPECT_EQ(kFail, leaf.buildAbsoluteViewSignature(&a.root, signature));
+    EXPECT_EQ(QEL_E_FAIL, leaf.buildAbsoluteViewSignature(&a.root, signature));
 }
 
 TEST_F(AbsoluteOccurrenceTest, ParentCompPiecesEnterTheSignatureLastFirst) {
@@ -403,7 +401,7 @@ TEST_F(AbsoluteOccurrenceTest, AllAbsViewsPassesOnTheLastSignatureStatus) {
     QELAbsoluteOccurrence leaf("v2", "L", &top);
     QELAbsoluteView leafView("L+++T+++R");
     rootItem.linkAbsoluteView(&leafView);
-    EXPECT_EQ(kFail, leaf.getAllAbsViews(views));
+    EXPECT_EQ(QEL_E_FAIL, leaf.getAllAbsViews(views));
     ASSERT_NE(nullptr, views);
     EXPECT_TRUE(views->empty());
     delete views;

@@ -10,6 +10,7 @@
 #include "ScratchDir.h"
 #include "EMHManager.h"
 #include "JNLManager.h"
+#include "QELStatus.h"
 
 namespace {
 
@@ -222,4 +223,14 @@ TEST_F(ErrorHandlerTest, DropsTheOldestHalfPastTheBound) {
     ASSERT_EQ(EMHManager::entries().size(), 2u);
     EXPECT_EQ(EMHManager::entries()[0].code, 4);
     EXPECT_EQ(EMHManager::entries()[1].code, 5);
+}
+
+// A status is read as the host's 32-bit result: E_FAIL fails whether it is
+// held sign-extended (QEL_E_FAIL) or as the plain 64-bit value of its bits.
+TEST(QELStatus, FailureIsTheSignOfThe32BitStatus) {
+    const struct {
+        long status;
+        bool failed;
+    } kCases[] = {{QEL_S_OK, false}, {1, false}, {QEL_E_FAIL, true}, {0x80004005L, true}, {-1, true}};
+    for (const auto& c : kCases) EXPECT_EQ(QELFailed(c.status), c.failed) << c.status;
 }

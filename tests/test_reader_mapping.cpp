@@ -16,8 +16,6 @@ using namespace reader_test;
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
-
 std::string attributs(const std::vector<std::string>& values) {
     std::string out;
     for (const auto& v : values) out += leaf("Attribut", v);
@@ -76,7 +74,7 @@ TEST_F(ReaderMapping, NameValueBlocksAreReadInPairs) {
         LoadedEntry entry("mapping.xml", element("Mapping_Attribut", c.block));
         const long status = Access::updateMappingAttributs(entry.reader(), entry.map(), m.partDocument);
         EXPECT_EQ(c.expected, strings(m.partDocument->getDynamicProperty("Mapping_Attribut")));
-        EXPECT_EQ(c.error ? kFail : 0, status);
+        EXPECT_EQ(c.error ? QEL_E_FAIL : 0, status);
         ASSERT_EQ(c.error ? 1u : 0u, EMHManager::entries().size());
         if (c.error) {
             EXPECT_EQ(2102, EMHManager::entries()[0].code);
@@ -95,9 +93,9 @@ TEST_F(ReaderMapping, NameValueBlocksAreReadInPairs) {
 
 TEST_F(ReaderMapping, MissingArgumentsAreReportedWithTheirNames) {
     LoadedEntry entry("args.xml", leaf("File_Name", "x"));
-    EXPECT_EQ(kFail, Access::updateMappingAttributs(entry.reader(), nullptr, m.partDocument));
-    EXPECT_EQ(kFail, Access::updateMappingAttributs(entry.reader(), entry.map(), nullptr));
-    EXPECT_EQ(kFail, Access::updateMappingInst(entry.reader(), entry.map(), nullptr));
+    EXPECT_EQ(QEL_E_FAIL, Access::updateMappingAttributs(entry.reader(), nullptr, m.partDocument));
+    EXPECT_EQ(QEL_E_FAIL, Access::updateMappingAttributs(entry.reader(), entry.map(), nullptr));
+    EXPECT_EQ(QEL_E_FAIL, Access::updateMappingInst(entry.reader(), entry.map(), nullptr));
     const char* const details[] = {"ip_liste", "ip_document", "ip_rel_occ"};
     ASSERT_EQ(3u, EMHManager::entries().size());
     for (int i = 0; i < 3; ++i) {
@@ -144,8 +142,8 @@ TEST_F(ReaderMapping, ItemIdentifiersFollowTheModifiedFlag) {
     } cases[] = {
         {0, leaf("Item_ID", "I-2") + leaf("ItemRev_ID", "B"), 0, "I-2", "B"},
         {-1, leaf("Item_ID", "I-2") + leaf("ItemRev_ID", "B"), 0, "I-1", "A"},
-        {1, leaf("ItemRev_ID", "B"), kFail, "I-1", "A"},
-        {1, leaf("Item_ID", "I-2"), kFail, "I-2", "A"},
+        {1, leaf("ItemRev_ID", "B"), QEL_E_FAIL, "I-1", "A"},
+        {1, leaf("Item_ID", "I-2"), QEL_E_FAIL, "I-2", "A"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.children);
@@ -193,7 +191,7 @@ TEST_F(ReaderMapping, MaskGoesToWhatTheEntryDesignates) {
     m.partDocument->setDefaultItem(m.partItem);
     m.partItem->setMaskStatus(-1);
     update(m.partDocument, "2");
-    EXPECT_EQ(kFail, status);
+    EXPECT_EQ(QEL_E_FAIL, status);
     EXPECT_EQ(4, m.partItem->getIntegerProperty("Mask"));
     ASSERT_EQ(2u, EMHManager::entries().size());
     EXPECT_EQ("getDefaultItem", EMHManager::entries()[0].detail);
@@ -201,7 +199,7 @@ TEST_F(ReaderMapping, MaskGoesToWhatTheEntryDesignates) {
     EXPECT_EQ("QELXMLToDM::updateDocumentForMaskManagement", EMHManager::entries()[1].function);
 
     LoadedEntry entry("nopointer.xml", leaf("Mask", "1"));
-    EXPECT_EQ(kFail, Access::updateDocumentForMaskManagement(entry.reader(), m.workspace, m.rootDocument, entry.map()));
+    EXPECT_EQ(QEL_E_FAIL, Access::updateDocumentForMaskManagement(entry.reader(), m.workspace, m.rootDocument, entry.map()));
     EXPECT_TRUE(JNLManager::contains("Cannot find balise POINTER_ADDRESS"));
 }
 

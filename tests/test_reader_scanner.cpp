@@ -16,8 +16,6 @@ using Access = QELXMLToDMScannerAccess;
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
-
 // Line numbers in the tests refer to this text.
 const char* const kTree = "<DESCFILE>\n<Parent>\n"     // 0-1
                           "<A>\n<N>\ndeep\n</N>\n</A>\n" // 2-6
@@ -126,8 +124,8 @@ TEST_P(ReaderScanner, TagValueByNameScansAnyDepthUpToTheStopLine) {
         {"Five", "</Parent>", 0, "abc", 15},
         // The stop line inside the value ends it: success, partial value.
         {"Five", "b", 0, "a", -1},
-        {"List", "</Three>", kFail, "", -1},
-        {"Missing", "</Nowhere>", kFail, "", -1},
+        {"List", "</Three>", QEL_E_FAIL, "", -1},
+        {"Missing", "</Nowhere>", QEL_E_FAIL, "", -1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.name) + " / " + c.stop);
@@ -138,7 +136,7 @@ TEST_P(ReaderScanner, TagValueByNameScansAnyDepthUpToTheStopLine) {
         EXPECT_EQ(c.value, value.ToLatin1());
         EXPECT_EQ(c.pos < 0 ? -5 : line(c.pos), pos);
         std::vector<std::string> journal;
-        if (c.result == kFail)
+        if (c.result == QEL_E_FAIL)
             journal = {"BEGIN QELXMLToDM::getTagValueByName", "<" + std::string(c.name) + "> tag was not found",
                        "END QELXMLToDM::getTagValueByName (-1)"};
         EXPECT_EQ(journal, JNLManager::entries());

@@ -14,8 +14,6 @@ using Access = QELDMToXMLDocumentsAccess;
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
-
 class ProcessesTest : public DocumentsTest {};
 
 struct ProcessCase {
@@ -267,7 +265,7 @@ TEST_F(ProcessesTest, UpdateStatusGoesOnWithoutAFileAndStopsWithoutAnItem) {
     stopped.push_back(itemless);
     stopped.push_back(m.partDoc);
     lines = written([&](QELDMToXML& w) { status = Access::writeDescForUpdateStatus(w, &stopped); });
-    EXPECT_EQ(status, kFail);
+    EXPECT_EQ(status, QEL_E_FAIL);
     EXPECT_EQ(lines, (Lines{"<CATPart>", "<Item_Info>", "</Item_Info>", "</CATPart>"}));
 }
 

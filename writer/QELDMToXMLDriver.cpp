@@ -32,7 +32,6 @@ using QELDMToXMLTraversal::isLeftOut;
 namespace {
 
 const int kCatalogWorkSpace = 8;
-const long kFailure = QEL_E_FAIL;
 
 unsigned char flatteningOf(const QELSession* session) {
     return session && session->hasFlatteningWorkspace() ? 1 : 0;
@@ -313,7 +312,7 @@ void QELDMToXML::merge(TYPVectorPQELLink*& into, TYPVectorPQELLink* from) {
 }
 
 long QELDMToXML::writeConfiguration(QELWorkSpace* workspace) {
-    if (!workspace) return kFailure;
+    if (!workspace) return QEL_E_FAIL;
     TYPVectorCATUnicodeString* configuration = nullptr;
     workspace->getConfiguration(configuration);
     if (!configuration || configuration->empty()) return 0;

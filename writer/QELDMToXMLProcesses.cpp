@@ -32,7 +32,6 @@ using QELDMToXMLLookups::isBroken;
 
 namespace {
 
-const long kFail = QEL_E_FAIL;
 const char* const kItemInfo = "Item_Info";
 
 bool isSaveCommand() {
@@ -588,7 +587,7 @@ long QELDMToXML::writeDescForUpdateStatus(TYPVectorPCV5CAAQELDocument* documents
     const char* const function = "QELDMToXML::writeDescForUpdateStatus";
     if (!documents) {
         EMHManager::writeMsg(function, 2103, "ip_liste");
-        return kFail;
+        return QEL_E_FAIL;
     }
     for (CV5CAAQELDocument* document : *documents) {
         if (!document) {
@@ -606,7 +605,7 @@ long QELDMToXML::writeDescForUpdateStatus(TYPVectorPCV5CAAQELDocument* documents
             // closed so that what was written stays well formed.
             writeCloseBalise(kItemInfo);
             writeBaliseFileType(document, 2, document);
-            return kFail;
+            return QEL_E_FAIL;
         }
         QELFile* file = firstFile(document);
         if (!file) EMHManager::writeMsg(function, 2103, "p_file");

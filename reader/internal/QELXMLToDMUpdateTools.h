@@ -31,8 +31,6 @@
 
 namespace QELXMLToDMUpdateTools {
 
-const long kFail = QEL_E_FAIL;
-
 // The text an entry map holds under `key`, or null.
 inline const CATUnicodeString* entryValue(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
     return map ? static_cast<const CATUnicodeString*>(map->find(key)) : nullptr;
