@@ -3,72 +3,22 @@
 #include <charconv>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <string_view>
+
+#include "UTILSink.h"
 
 namespace {
 
-struct JournalState {
-    std::vector<std::string> entries;
-    std::size_t maxEntries = JNLManager::kDefaultMaxEntries;
-    // The copy of each entry outside memory; stderr, a file we opened, or null.
-    FILE* output = nullptr;
-    bool outputChosen = false;
-};
-
 // Never destroyed: components freed during static destruction may still write
-// to the journal, and the state must outlive them. It stays reachable through
+// to the journal, and the sink must outlive them. It stays reachable through
 // this pointer, so the leak checker does not count it.
-JournalState& state() {
-    static JournalState* s = new JournalState;
+UTILSink<std::string>& sink() {
+    static auto* s = new UTILSink<std::string>("QEL_JOURNAL", JNLManager::kDefaultMaxEntries);
     return *s;
 }
 
-void closeOutput(JournalState& s) {
-    if (s.output && s.output != stderr)
-        std::fclose(s.output);
-    s.output = nullptr;
-}
-
-bool openOutput(JournalState& s, const std::string& path) {
-    closeOutput(s);
-    s.outputChosen = true;
-    if (path.empty())
-        return true;
-    if (path == "-") {
-        s.output = stderr;
-        return true;
-    }
-    s.output = std::fopen(path.c_str(), "a");
-    return s.output != nullptr;
-}
-
-void chooseOutputFromEnvironment(JournalState& s) {
-    if (s.outputChosen)
-        return;
-    const char* path = std::getenv("QEL_JOURNAL");
-    if (!openOutput(s, path ? path : "")) {
-        std::fprintf(stderr, "QEL_JOURNAL: cannot open %s for appending\n", path);
-    }
-}
-
 void record(std::string text) {
-    JournalState& s = state();
-    chooseOutputFromEnvironment(s);
-    if (s.output) {
-        std::fwrite(text.data(), 1, text.size(), s.output);
-        std::fputc('\n', s.output);
-        // Flushed line by line so that the trace of a run that crashes is whole.
-        std::fflush(s.output);
-    }
-    s.entries.push_back(std::move(text));
-    if (s.entries.size() > s.maxEntries) {
-        // Dropping half at once keeps the cost of the front erase amortised
-        // constant per entry.
-        std::size_t drop = s.entries.size() - s.maxEntries / 2;
-        s.entries.erase(s.entries.begin(), s.entries.begin() + static_cast<std::ptrdiff_t>(drop));
-    }
+    sink().record(std::move(text), [](const std::string& entry) { return std::string_view(entry); });
 }
 
 void recordBegin(std::string_view function, std::string_view detail) {
@@ -135,31 +85,22 @@ void JNLManager::endFunction(const CATUnicodeString& function, long returnCode) 
 
 void JNLManager::endFunction(const char* function, long returnCode) { recordEnd(function ? function : "", returnCode); }
 
-const std::vector<std::string>& JNLManager::entries() { return state().entries; }
+const std::vector<std::string>& JNLManager::entries() { return sink().entries(); }
 
-void JNLManager::clear() { state().entries.clear(); }
+void JNLManager::clear() { sink().clear(); }
 
 bool JNLManager::contains(const std::string& text) {
-    for (const std::string& entry : state().entries) {
+    for (const std::string& entry : sink().entries()) {
         if (entry.find(text) != std::string::npos)
             return true;
     }
     return false;
 }
 
-bool JNLManager::setOutputPath(const CATUnicodeString& path) {
-    return openOutput(state(), path.ToLatin1());
-}
+bool JNLManager::setOutputPath(const CATUnicodeString& path) { return sink().setOutputPath(path.ToLatin1()); }
 
-void JNLManager::setMaxEntries(std::size_t maxEntries) {
-    JournalState& s = state();
-    // Below 2 the drop-half rule would keep nothing.
-    s.maxEntries = maxEntries == 0 ? kDefaultMaxEntries : (maxEntries < 2 ? 2 : maxEntries);
-}
+void JNLManager::setMaxEntries(std::size_t maxEntries) { sink().setMaxEntries(maxEntries); }
 
-std::size_t JNLManager::maxEntries() { return state().maxEntries; }
+std::size_t JNLManager::maxEntries() { return sink().maxEntries(); }
 
-void JNLManager::resetOutput() {
-    closeOutput(state());
-    state().outputChosen = false;
-}
+void JNLManager::resetOutput() { sink().resetOutput(); }
