@@ -22,12 +22,19 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
 #include "QELItem.h"
+#include "QELLookups.h"
 #include "QELRelativeOccurrence.h"
 #include "QELSession.h"
 #include "QELStatus.h"
 #include "QELUtilities.h"
 #include "QELWorkSpace.h"
+#include "QELXMLToDMUpdateTools.h"
 #include "UTILFile.h"
+
+using QELLookups::hostDocument;
+using QELLookups::hostWorkSpace;
+using QELXMLToDMUpdateTools::entryValue;
+using QELXMLToDMUpdateTools::toInt;
 
 namespace {
 
@@ -77,17 +84,6 @@ void journalMissing(const std::string& path, const std::string& line) {
     JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %s is missing", path.c_str(), line.c_str());
 }
 
-const CATUnicodeString* valueOf(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
-    return map ? static_cast<const CATUnicodeString*>(map->find(key)) : nullptr;
-}
-
-// atoi's reading, clamped to the range of an int.
-int toInt(const CATUnicodeString& text) {
-    int value = 0;
-    text.ConvertToNum(&value);
-    return value;
-}
-
 // An opening tag line gives its element name, every "<" and ">" taken out.
 bool elementName(const std::string& line, std::string& name) {
     if (line.size() < 2 || line.front() != '<' || line.back() != '>') return false;
@@ -97,23 +93,11 @@ bool elementName(const std::string& line, std::string& name) {
     return true;
 }
 
-CV5CAAQELWorkSpace* asHostWorkspace(QELWorkSpace* workspace) {
-    return workspace && workspace->instanceOf("CV5CAAQELWORKSPACE_CLASSNAME")
-               ? static_cast<CV5CAAQELWorkSpace*>(workspace)
-               : nullptr;
-}
-
-CV5CAAQELDocument* asHostDocument(QELDocument* document) {
-    return document && document->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME")
-               ? static_cast<CV5CAAQELDocument*>(document)
-               : nullptr;
-}
-
 // The host knows a workspace's default document; a workspace the host did not
 // make falls back on its root document.
 QELDocument* defaultDocumentOf(QELWorkSpace* workspace) {
     if (!workspace) return nullptr;
-    if (CV5CAAQELWorkSpace* host = asHostWorkspace(workspace)) {
+    if (CV5CAAQELWorkSpace* host = hostWorkSpace(workspace)) {
         QELDocument* document = nullptr;
         return host->getWorkSpaceDefaultDocument(document) < 0 ? nullptr : document;
     }
@@ -122,7 +106,7 @@ QELDocument* defaultDocumentOf(QELWorkSpace* workspace) {
 
 CATUnicodeString fileNameOf(QELDocument* document) {
     CATUnicodeString name;
-    if (CV5CAAQELDocument* host = asHostDocument(document)) {
+    if (CV5CAAQELDocument* host = hostDocument(document)) {
         if (host->getFileName(name) < 0) name = CATUnicodeString();
     } else if (document) {
         name = document->get_Name();
@@ -131,7 +115,7 @@ CATUnicodeString fileNameOf(QELDocument* document) {
 }
 
 bool isCatalogComponent(QELDocument* document) {
-    CV5CAAQELDocument* host = asHostDocument(document);
+    CV5CAAQELDocument* host = hostDocument(document);
     return host && host->isCatalogComp();
 }
 
@@ -326,16 +310,16 @@ void QELXMLToDM::execute(QELSession* session) {
                 if (run.catalogInStateDetails)
                     JNLManager::writeMsg(kCatalogInStateDetails);
                 else
-                    updateDocumentForMaskManagement(asHostWorkspace(run.workspace), asHostDocument(run.document),
+                    updateDocumentForMaskManagement(hostWorkSpace(run.workspace), hostDocument(run.document),
                                                     entries);
             } else if (run.catalogInStateDetails) {
                 JNLManager::writeMsg(kCatalogInStateDetails);
             } else {
                 // An empty session takes workspaces and drawings only, and
                 // the first entry of another kind ends the reading.
-                const CATUnicodeString* pointer = valueOf(entries, kPointer);
+                const CATUnicodeString* pointer = entryValue(entries, kPointer);
                 const Designated designated =
-                    classify(resolvePointer(pointer), pointer != nullptr, valueOf(entries, kParentUid));
+                    classify(resolvePointer(pointer), pointer != nullptr, entryValue(entries, kParentUid));
                 if (type == EnumDocumentType_DesignTable || designated.document) {
                     if (emptySession) {
                         JNLManager::writeMsg("Design Table ignored");
@@ -363,7 +347,7 @@ void QELXMLToDM::execute(QELSession* session) {
             const bool loadable = type == EnumDocumentType_Part || type == EnumDocumentType_Unset;
             if (!stop && run.product && loadable && PROCManager::isProcessCheckout()) {
                 if (!entryWorkspace) {
-                    const CATUnicodeString* pointer = valueOf(entries, kPointer);
+                    const CATUnicodeString* pointer = entryValue(entries, kPointer);
                     if (!pointer) {
                         JNLManager::writeMsg("Cannot find balise POINTER_ADDRESS");
                     } else {
@@ -371,7 +355,7 @@ void QELXMLToDM::execute(QELSession* session) {
                         if (component && component->isWorkSpace()) entryWorkspace = static_cast<QELWorkSpace*>(component);
                     }
                 }
-                const CATUnicodeString* loadFlag = valueOf(entries, "Load_Flag");
+                const CATUnicodeString* loadFlag = entryValue(entries, "Load_Flag");
                 if (QELDocument* document = loadFlag ? defaultDocumentOf(entryWorkspace) : nullptr)
                     document->addIntegerProperty("Load_Flag", toInt(*loadFlag));
             }
@@ -487,7 +471,7 @@ QELWorkSpace* QELXMLToDM::createWorkspace(QELWorkSpace* workspace, QELSession* s
                                           TYPMapCATUnicodeStringPVoid* map) {
     QELWorkSpace* result = workspace;
     if (!result) {
-        const CATUnicodeString* fileName = valueOf(map, "File_Name");
+        const CATUnicodeString* fileName = entryValue(map, "File_Name");
         const CATUnicodeString name = fileName ? *fileName : CATUnicodeString();
         if (PROCManager::manageDescForEmptyQEL()) {
             // The file name stands for all three names of the new workspace.
@@ -496,7 +480,7 @@ QELWorkSpace* QELXMLToDM::createWorkspace(QELWorkSpace* workspace, QELSession* s
                 result = created;
         } else if (session) {
             JNLManager::writeMsg("ERROR : p_wsp is NULL. The desc file is not correctly filled.");
-            const CATUnicodeString* itemId = valueOf(map, "Item_ID");
+            const CATUnicodeString* itemId = entryValue(map, "Item_ID");
             result = session->createWorkSpace(type, name, name, itemId ? *itemId : CATUnicodeString());
         }
     }
@@ -511,7 +495,7 @@ void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QEL
     if (!occurrence) {
         JNLManager::writeMsg("ERROR : p_abs is NULL. The desc file is not correctly filled.");
         if (!session) return;
-        const CATUnicodeString* parentUid = valueOf(map, kParentUid);
+        const CATUnicodeString* parentUid = entryValue(map, kParentUid);
         const CATUnicodeString uid = parentUid ? *parentUid : CATUnicodeString();
         // The answer names no occurrence to update, and none is invented:
         // the parent search only tells the journal where the entry belongs.
@@ -524,7 +508,7 @@ void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QEL
     updateProperty(occurrence, map);
 
     QELRelativeOccurrence* relative = occurrence->getLinkedRelativeOccurrence();
-    const CATUnicodeString* matrix = valueOf(map, "Matrix");
+    const CATUnicodeString* matrix = entryValue(map, "Matrix");
     if (relative && matrix && !matrix->IsNull()) {
         double values[16];
         parseMatrix(*matrix, values);

@@ -17,6 +17,7 @@
 #include "QELXMLToDM.h"
 #include "QELXMLToDMUpdateTools.h"
 
+using namespace QELLookups;
 using namespace QELXMLToDMUpdateTools;
 
 namespace {

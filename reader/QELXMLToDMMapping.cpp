@@ -19,6 +19,7 @@
 #include "QELXMLToDMUpdateTools.h"
 #include "UTILFile.h"
 
+using namespace QELLookups;
 using namespace QELXMLToDMUpdateTools;
 
 namespace {

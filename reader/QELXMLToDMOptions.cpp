@@ -11,10 +11,14 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
 #include "QELItem.h"
-#include "QELLinkType.h"
+#include "QELLookups.h"
 #include "QELSession.h"
 #include "QELStatus.h"
 #include "QELWorkSpace.h"
+#include "QELXMLToDMUpdateTools.h"
+
+using QELXMLToDMUpdateTools::entryValue;
+using QELXMLToDMUpdateTools::toInt;
 
 namespace {
 
@@ -22,30 +26,14 @@ const char* const kReadOptions = "QELXMLToDM::readOptions";
 const char* const kRoot = "<DESCFILE>";
 const long kNullObject = 2103;
 
-const CATUnicodeString* valueOf(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
-    return static_cast<const CATUnicodeString*>(map->find(key));
-}
-
-// atoi's reading, clamped to the range of an int.
-int toInt(const CATUnicodeString& text) {
-    int value = 0;
-    text.ConvertToNum(&value);
-    return value;
-}
-
-// The item's first document is the one the entry's flags are for.
-QELDocument* firstDocumentOf(QELItem* item) {
-    QELComponent* child = item->getChildrenComponent(QELLinkType::ITM_DOC, 0);
-    return child && child->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(child) : nullptr;
-}
-
 // The item and document of an entry's component; false when the entry is
 // skipped (a "COMP" component, a kind without items, a missing item).
 bool findTargets(QELComponent* component, QELItem*& item, QELDocument*& document) {
     if (component->getStringProperty("Type") == "COMP") return false;
     if (component->isAbsolute()) {
         item = static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem();
-        if (item) document = firstDocumentOf(item);
+        // The item's first document is the one the entry's flags are for.
+        if (item) document = QELLookups::firstDocument(item);
     } else if (component->isWorkSpace()) {
         auto* workspace = static_cast<QELWorkSpace*>(component);
         document = workspace->getLinkedDocument();
@@ -60,18 +48,18 @@ bool findTargets(QELComponent* component, QELItem*& item, QELDocument*& document
 
 void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* document,
                      const TYPMapCATUnicodeStringPVoid* map) {
-    if (const CATUnicodeString* value = valueOf(map, "Read_ActiveShapes"))
+    if (const CATUnicodeString* value = entryValue(map, "Read_ActiveShapes"))
         component->addBooleanProperty("Read_ActiveShapes", toInt(*value) != 0);
-    if (const CATUnicodeString* value = valueOf(map, "Update_Flag"))
+    if (const CATUnicodeString* value = entryValue(map, "Update_Flag"))
         document->addIntegerProperty("Update_Flag", toInt(*value));
     // One number for both: the last entry that carries it decides the
     // session's status.
-    if (const CATUnicodeString* value = valueOf(map, "Calcul_Flag")) {
+    if (const CATUnicodeString* value = entryValue(map, "Calcul_Flag")) {
         const int status = toInt(*value);
         session->setCalculGeometricStatus(status != 0);
         document->setCalculGeometricStatus(status != 0 ? 1 : 0);
     }
-    if (const CATUnicodeString* value = valueOf(map, "ComputeGeo")) {
+    if (const CATUnicodeString* value = entryValue(map, "ComputeGeo")) {
         if (document->getType() == EnumDocumentType_Part) document->setComputeGeo(*value == "1" ? 1 : 0);
     }
 }
@@ -136,7 +124,7 @@ void QELXMLToDM::readOptions(QELSession* session) {
         const bool complete = getValuesAndStore(pos, pos, entries, "</Item_Info>");
         const long long entryEnd = pos;
 
-        QELComponent* component = complete ? resolvePointer(valueOf(entries, "POINTER_ADDRESS")) : nullptr;
+        QELComponent* component = complete ? resolvePointer(entryValue(entries, "POINTER_ADDRESS")) : nullptr;
         QELItem* item = nullptr;
         QELDocument* document = nullptr;
         if (component && findTargets(component, item, document)) {

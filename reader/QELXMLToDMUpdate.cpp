@@ -22,6 +22,7 @@
 #include "QELXMLToDMUpdateTools.h"
 #include "TYPMapIntPVoid.h"
 
+using namespace QELLookups;
 using namespace QELXMLToDMUpdateTools;
 
 namespace {

@@ -22,7 +22,7 @@ struct DesignTableModel {
     CV5CAAQELDocument* hostOwner = nullptr; // the owner as the host sees it
 
     explicit DesignTableModel(EnumDocumentType ownerType = EnumDocumentType_Part) {
-        owner = QELDMToXMLLookups::firstDocument(itemWithFile("Shaft", "Shaft.CATPart", ownerType));
+        owner = QELLookups::firstDocument(itemWithFile("Shaft", "Shaft.CATPart", ownerType));
         table = addTable("Sizes.xls", "!Sheet 1!!!A1!");
         auto* item = QELModelHeap::adopt(new QELItem("Sizes"));
         item->addStringProperty("Part_Number", "DT-001");
@@ -46,7 +46,7 @@ struct DesignTableModel {
         auto* ownerItem = QELModelHeap::adopt(new QELItem("Shaft"));
         ownerItem->addStringProperty("Part_Number", "SHF-010");
         hostOwner->setDefaultItem(ownerItem);
-        hostOwner->setDefaultFile(QELDMToXMLLookups::firstFile(owner));
+        hostOwner->setDefaultFile(QELLookups::firstFile(owner));
     }
 
     // A design table of the owner, joined to it both ways.
@@ -190,7 +190,7 @@ TEST_F(DesignTableWriterTest, InfoListsEachExistingArray) {
 TEST_F(DesignTableWriterTest, OwnerSummariesGiveMapsToProductsOnly) {
     for (EnumDocumentType type : {EnumDocumentType_Part, EnumDocumentType_Product}) {
         DesignTableModel m(type);
-        QELDMToXMLLookups::firstFile(m.addTable("Options.xls", ""))->addStringProperty("File_Name", "");
+        QELLookups::firstFile(m.addTable("Options.xls", ""))->addStringProperty("File_Name", "");
         m.addTable("Third.xls", "a!!!b!!!c");
         std::string expected =
             "<DT_Files>|<NBElements>|3|</NBElements>|<Attribut>|Sizes.xls|</Attribut>|<Attribut>|Third.xls"

@@ -81,7 +81,7 @@ TEST_F(OccurrenceWriterTest, AbsoluteMatrixListsViewsWithAContextFileAndAMatrix)
     setMatrix(t.views[2], "AbsoluteMatrix", 3); // views[1] has none: not listed
     setMatrix(t.addView(QELModelHeap::adopt(new QELItem("No document"))), "AbsoluteMatrix", 4);
     QELItem* unnamed = itemWithFile("Unnamed", "Unnamed.CATProduct");
-    QELDMToXMLLookups::firstFile(QELDMToXMLLookups::firstDocument(unnamed))->addStringProperty("File_Name", "");
+    QELLookups::firstFile(QELLookups::firstDocument(unnamed))->addStringProperty("File_Name", "");
     setMatrix(t.addView(unnamed), "AbsoluteMatrix", 5);
     auto matrix = [&](QELDMToXML& w) { Access::absoluteMatrix(w, t.leaf, 1); };
 

@@ -21,10 +21,10 @@
 
 #include "JNLManager.h"
 #include "PROCManager.h"
-#include "QELLink.h"
 #include "QELAbsoluteOccurrence.h"
-#include "QELDMToXMLLookups.h"
 #include "QELDMToXMLTraversal.h"
+#include "QELLink.h"
+#include "QELLookups.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
 
@@ -42,7 +42,7 @@ QELDocument* documentOf(QELComponent* component) {
     if (!component) return nullptr;
     if (component->isWorkSpace()) return static_cast<QELWorkSpace*>(component)->getLinkedDocument();
     if (component->isAbsolute())
-        return QELDMToXMLLookups::firstDocument(static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem());
+        return QELLookups::firstDocument(static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem());
     return nullptr;
 }
 

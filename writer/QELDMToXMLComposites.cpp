@@ -7,11 +7,11 @@
 #include "CV5CAAQELStacking.h"
 #include "JNLManager.h"
 #include "QELDMToXML.h"
-#include "QELDMToXMLLookups.h"
 #include "QELLink.h"
+#include "QELLookups.h"
 #include "UTILFile.h"
 
-using namespace QELDMToXMLLookups;
+using namespace QELLookups;
 
 namespace {
 

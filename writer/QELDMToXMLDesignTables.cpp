@@ -8,10 +8,10 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELDMToXML.h"
-#include "QELDMToXMLLookups.h"
 #include "QELLink.h"
+#include "QELLookups.h"
 
-using namespace QELDMToXMLLookups;
+using namespace QELLookups;
 
 // Which rows of the design-table block a process writes, all off until a
 // process turns them on. Part_Number, DST_UID, the version or UID branch,

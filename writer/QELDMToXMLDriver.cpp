@@ -1,8 +1,8 @@
 // Export driver of the description writer: the entries, the ordinary
 // workspace traversal and its count, and the document lists.
 
-#include "QELStatus.h"
 #include "QELDMToXML.h"
+#include "QELStatus.h"
 
 #include <memory>
 #include <string>
@@ -15,18 +15,18 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
-#include "QELDMToXMLLookups.h"
 #include "QELDMToXMLTraversal.h"
 #include "QELLink.h"
 #include "QELLinkType.h"
+#include "QELLookups.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
 #include "TYPMapIntPVoid.h"
 #include "UTILFile.h"
 
-using QELDMToXMLLookups::hostDocument;
-using QELDMToXMLLookups::hostItem;
-using QELDMToXMLLookups::hostWorkSpace;
+using QELLookups::hostDocument;
+using QELLookups::hostItem;
+using QELLookups::hostWorkSpace;
 using QELDMToXMLTraversal::isLeftOut;
 
 namespace {

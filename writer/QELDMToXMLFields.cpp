@@ -13,16 +13,16 @@
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELDMToXML.h"
-#include "QELDMToXMLLookups.h"
 #include "QELDocument.h"
 #include "QELFile.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLookups.h"
 #include "QELUtilities.h"
 
-using QELDMToXMLLookups::hostDocument;
-using QELDMToXMLLookups::hostItem;
-using QELDMToXMLLookups::isBroken;
+using QELLookups::hostDocument;
+using QELLookups::hostItem;
+using QELLookups::isBroken;
 
 namespace {
 

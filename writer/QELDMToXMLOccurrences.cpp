@@ -14,11 +14,11 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELAbsoluteView.h"
 #include "QELDMToXML.h"
-#include "QELDMToXMLLookups.h"
 #include "QELLink.h"
+#include "QELLookups.h"
 #include "QELRelativeOccurrence.h"
 
-using namespace QELDMToXMLLookups;
+using namespace QELLookups;
 
 namespace {
 

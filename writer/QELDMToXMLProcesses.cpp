@@ -6,7 +6,6 @@
 
 #include <memory>
 
-#include "QELStatus.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
 #include "EMHManager.h"
@@ -14,21 +13,22 @@
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELDMToXML.h"
-#include "QELDMToXMLLookups.h"
 #include "QELDocument.h"
 #include "QELFile.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLookups.h"
 #include "QELRelativeOccurrence.h"
 #include "QELSession.h"
+#include "QELStatus.h"
 #include "QELUtilities.h"
 #include "QELWorkSpace.h"
 
-using QELDMToXMLLookups::firstDocument;
-using QELDMToXMLLookups::firstFile;
-using QELDMToXMLLookups::hostDocument;
-using QELDMToXMLLookups::hostItem;
-using QELDMToXMLLookups::isBroken;
+using QELLookups::firstDocument;
+using QELLookups::firstFile;
+using QELLookups::hostDocument;
+using QELLookups::hostItem;
+using QELLookups::isBroken;
 
 namespace {
 

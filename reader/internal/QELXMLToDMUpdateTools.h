@@ -1,8 +1,8 @@
 #ifndef QELXMLToDMUpdateTools_H
 #define QELXMLToDMUpdateTools_H
 
-// Look-ups and block walks shared by the reader's update sources (property
-// update, mapping, composite and external files).
+// Helpers shared by the reader's sources: an entry map's values read as the
+// reader reads them, and the walks over counted blocks.
 //
 // The answer is untrusted: a count is only an upper bound, so every walk over
 // a counted block also stops where the block itself ends, with a journal line
@@ -13,18 +13,10 @@
 #include <memory>
 #include <string>
 
-#include "QELStatus.h"
 #include "CATUnicodeString.h"
-#include "CV5CAAQELAbsoluteOccurrence.h"
-#include "CV5CAAQELDocument.h"
-#include "CV5CAAQELItem.h"
-#include "CV5CAAQELWorkSpace.h"
 #include "JNLManager.h"
-#include "QELDocument.h"
-#include "QELFile.h"
-#include "QELItem.h"
-#include "QELLinkType.h"
-#include "QELUtilities.h"
+#include "QELLookups.h"
+#include "QELStatus.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPVector.h"
 #include "UTILLineFile.h"
@@ -64,36 +56,6 @@ inline bool startsWith(const CATUnicodeString& text, const char* prefix) {
 inline CATUnicodeString lowered(CATUnicodeString text) {
     text.ToLower();
     return text;
-}
-
-// The host wrappers behind model objects, null for plain model objects.
-inline CV5CAAQELDocument* hostDocument(QELComponent* c) {
-    return c && c->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME") ? static_cast<CV5CAAQELDocument*>(c) : nullptr;
-}
-inline CV5CAAQELItem* hostItem(QELComponent* c) {
-    return c && c->instanceOf("CV5CAAQELITEM_CLASSNAME") ? static_cast<CV5CAAQELItem*>(c) : nullptr;
-}
-inline CV5CAAQELWorkSpace* hostWorkSpace(QELComponent* c) {
-    return c && c->instanceOf("CV5CAAQELWORKSPACE_CLASSNAME") ? static_cast<CV5CAAQELWorkSpace*>(c) : nullptr;
-}
-inline CV5CAAQELAbsoluteOccurrence* hostOccurrence(QELComponent* c) {
-    return c && c->instanceOf("CV5CAAQELABSOLUTEOCCURRENCE_CLASSNAME") ? static_cast<CV5CAAQELAbsoluteOccurrence*>(c)
-                                                                     : nullptr;
-}
-
-// The first document an item holds under ITM_DOC, if it is one.
-inline QELDocument* firstDocument(const QELComponent* item) {
-    TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(QELLinkType::ITM_DOC) : nullptr;
-    auto* c = documents ? static_cast<QELComponent*>(documents->first()) : nullptr;
-    return c && c->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(c) : nullptr;
-}
-
-// A document's first file under the reference name of its own type.
-inline QELFile* firstFile(const QELDocument* document) {
-    if (!document) return nullptr;
-    TYPMapCATUnicodeStringPVoid* files =
-        document->getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(document->getType()));
-    return files ? static_cast<QELFile*>(files->first()) : nullptr;
 }
 
 // True when nothing more of the enclosing block can be read from `pos`: the

@@ -12,16 +12,16 @@
 #include <string>
 #include <vector>
 
-#include "WriterDriverSupport.h"
 #include "CV5CAAQELSession.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELDMToXML.h"
-#include "QELDMToXMLLookups.h"
+#include "QELLookups.h"
 #include "QELModelHeap.h"
 #include "QELSession.h"
+#include "WriterDriverSupport.h"
 
 struct QELDMToXMLAssemblyAccess {
     typedef QELDMToXML W;
