@@ -17,6 +17,8 @@ int UTILLineFile::open(const char* path) {
     _buffer.resize(kBlock);
     _length = _cursor = 0;
     _bufferStart = 0;
+    _lineNumber = 0;
+    _failed = false;
     return 0;
 }
 
@@ -40,36 +42,54 @@ bool UTILLineFile::fill() {
     if (_buffer.size() - _length < kBlock / 2) _buffer.resize(_buffer.size() + kBlock);
     size_t got = std::fread(_buffer.data() + _length, 1, _buffer.size() - _length, _file);
     _length += got;
+    if (got == 0 && std::ferror(_file)) _failed = true;
     return got > 0;
 }
 
-bool UTILLineFile::readLine(std::string& line) {
-    line.clear();
+bool UTILLineFile::readLine(std::string_view& line) {
+    line = std::string_view();
     if (!_file) return false;
-    bool readSomething = false;
+    // Bytes after the cursor already searched for a line end: a block read
+    // for a long line is not searched again from its start.
+    size_t searched = 0;
     for (;;) {
-        if (_cursor >= _length && !fill()) return readSomething;
         const char* start = _buffer.data() + _cursor;
-        const void* nl = std::memchr(start, '\n', _length - _cursor);
+        const size_t available = _length - _cursor;
+        const void* nl = std::memchr(start + searched, '\n', available - searched);
+        size_t length = 0;
         if (nl) {
-            size_t n = static_cast<size_t>(static_cast<const char*>(nl) - start);
-            line.append(start, n);
-            _cursor += n + 1;
-            if (!line.empty() && line.back() == '\r') line.pop_back();
-            return true;
+            length = static_cast<size_t>(static_cast<const char*>(nl) - start);
+            _cursor += length + 1;
+        } else {
+            searched = available;
+            // fill() keeps the unread bytes, moved to the front of the block:
+            // `start` is found again either way.
+            if (fill()) continue;
+            start = _buffer.data() + _cursor;
+            length = _length - _cursor;
+            if (length == 0) return false;
+            _cursor = _length;
         }
-        line.append(start, _length - _cursor);
-        _cursor = _length;
-        readSomething = true;
-        if (!fill()) {
-            if (!line.empty() && line.back() == '\r') line.pop_back();
-            return true;
-        }
+        if (length > 0 && start[length - 1] == '\r') --length;
+        line = std::string_view(start, length);
+        if (_lineNumber >= 0) ++_lineNumber;
+        return true;
     }
+}
+
+bool UTILLineFile::readLine(std::string& line) {
+    std::string_view view;
+    const bool read = readLine(view);
+    line.assign(view.data(), view.size());
+    return read;
 }
 
 bool UTILLineFile::seek(long long offset) {
     if (!_file || offset < 0 || (_size >= 0 && offset > _size)) return false;
+    if (offset == 0)
+        _lineNumber = 0;
+    else if (offset != tell())
+        _lineNumber = -1;
     if (offset >= _bufferStart && offset <= _bufferStart + static_cast<long long>(_length)) {
         _cursor = static_cast<size_t>(offset - _bufferStart);
         return true;

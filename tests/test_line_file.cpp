@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ScratchDir.h"
@@ -58,7 +59,37 @@ TEST(UTILLineFile, LineEndsAndPositions) {
         std::string after = "untouched";
         EXPECT_FALSE(file.readLine(after));
         EXPECT_TRUE(after.empty());
+
+        // The same lines as views into the block, numbered from 1.
+        UTILLineFile viewed;
+        ASSERT_EQ(0, viewed.open((qeltest::scratchDir() + "line_file.txt").c_str()));
+        std::string_view view;
+        for (size_t i = 0; i < c.expected.size(); ++i) {
+            ASSERT_TRUE(viewed.readLine(view)) << i;
+            EXPECT_EQ(c.expected[i].text, std::string(view)) << i;
+            EXPECT_EQ(static_cast<long>(i + 1), viewed.lineNumber()) << i;
+        }
+        EXPECT_FALSE(viewed.readLine(view));
+        EXPECT_TRUE(view.empty());
+        EXPECT_FALSE(viewed.failed());
     }
+}
+
+TEST(UTILLineFile, LineNumbersHoldWhileTheFileIsReadForwardFromItsStart) {
+    UTILLineFile file;
+    std::string line;
+    openText(file, "a\nb\nc\n").readLine(line);
+    file.readLine(line);
+    EXPECT_EQ(2, file.lineNumber());
+    ASSERT_TRUE(file.seek(file.tell()));
+    EXPECT_EQ(2, file.lineNumber()) << "staying where it stands loses nothing";
+    ASSERT_TRUE(file.seek(2));
+    file.readLine(line);
+    EXPECT_EQ("b", line);
+    EXPECT_EQ(-1, file.lineNumber()) << "after a jump the number is not known";
+    ASSERT_TRUE(file.seek(0));
+    file.readLine(line);
+    EXPECT_EQ(1, file.lineNumber());
 }
 
 TEST(UTILLineFile, GoingBackInsideTheBlockCostsNoSystemCall) {
