@@ -1,5 +1,6 @@
 #include "CV5CAAToolsDesc.h"
 
+#include "QELElementNames.h"
 #include "UTILLineFile.h"
 
 namespace {
@@ -79,10 +80,10 @@ EnumDocumentType CV5CAAToolsDesc::getDocumentTypeFromBalise(const std::string& n
         const char* element;
         EnumDocumentType type;
     } kTypes[] = {
-        {"CATProduct", EnumDocumentType_Product}, {"CATPart", EnumDocumentType_Part},
-        {"CATDrawing", EnumDocumentType_Drawing}, {"CATProcess", EnumDocumentType_Process},
-        {"CATAnalysis", EnumDocumentType_Analysis}, {"CATModel", EnumDocumentType_Model},
-        {"DesignTable", EnumDocumentType_DesignTable}, {"catalog", EnumDocumentType_Catalog},
+        {QELElement::CATProduct, EnumDocumentType_Product},   {QELElement::CATPart, EnumDocumentType_Part},
+        {QELElement::CATDrawing, EnumDocumentType_Drawing},   {QELElement::CATProcess, EnumDocumentType_Process},
+        {QELElement::CATAnalysis, EnumDocumentType_Analysis}, {QELElement::CATModel, EnumDocumentType_Model},
+        {QELElement::DesignTable, EnumDocumentType_DesignTable}, {QELElement::catalog, EnumDocumentType_Catalog},
     };
     for (const auto& t : kTypes) {
         if (name == t.element) return t.type;

@@ -21,6 +21,7 @@
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELItem.h"
 #include "QELLookups.h"
 #include "QELRelativeOccurrence.h"
@@ -40,12 +41,6 @@ namespace {
 
 const char* const kExecute = "QELXMLToDM::execute";
 const char* const kCreateAbsolute = "QELXMLToDM::createAbsoluteOccurrence";
-const char* const kRoot = "<DESCFILE>";
-const char* const kItemInfo = "Item_Info";
-const char* const kItemInfoEnd = "</Item_Info>";
-const char* const kPointer = "POINTER_ADDRESS";
-const char* const kParentUid = "Parent_ItemRev_UID";
-const char* const kItemRevUid = "ItemRev_UID";
 const char* const kCatalogInStateDetails = " document is comp_catalog in state details no mask to update";
 const long kNullObject = 2103;
 
@@ -69,10 +64,11 @@ struct Designated {
 // The elements whose content is read later, from its position, by the update
 // that needs it; the entry map keeps the position instead of the text.
 bool isBlock(const std::string& name) {
+    using namespace QELElement;
     static const std::unordered_set<std::string> kBlocks = {
-        "Mapping_Attribut", "AbsoluteMatrix", "DesignTable_Name", "DT_Files", "DesignTable_File", "Sheets",
-        "Auxiliaries",      "LinkedDocs",     "Shapes",           "secondaries", "Components", "DefaultShapeForCache",
-        "ActivateShapes",   "AnalysisFiles",  "Externals",        "Mapping_Inst", "PartComposites"};
+        Mapping_Attribut, AbsoluteMatrix, DesignTable_Name, DT_Files,       DesignTable_File, Sheets,
+        Auxiliaries,      LinkedDocs,     Shapes,           secondaries,    Components,       DefaultShapeForCache,
+        ActivateShapes,   AnalysisFiles,  Externals,        Mapping_Inst,   PartComposites};
     return kBlocks.count(name) != 0;
 }
 
@@ -165,7 +161,9 @@ Designated classify(QELComponent* component, bool hasPointer, const CATUnicodeSt
     return designated;
 }
 
-CATUnicodeString itemRevUidOf(QELItem* item) { return item ? item->getStringProperty(kItemRevUid) : CATUnicodeString(); }
+CATUnicodeString itemRevUidOf(QELItem* item) {
+    return item ? item->getStringProperty("ItemRev_UID") : CATUnicodeString();
+}
 
 bool sameParent(QELItem* item, const CATUnicodeString& parentUid) {
     const CATUnicodeString uid = itemRevUidOf(item);
@@ -239,7 +237,7 @@ void QELXMLToDM::execute(QELSession* session) {
     _primaryScanned = 0;
     long long start = _file.tell();
     long long pos = start;
-    if (line != kRoot) {
+    if (line != QELElement::openingLine(QELElement::DESCFILE)) {
         JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Balise DESC_FILE not found",
                                       _path.c_str());
         closeFile();
@@ -289,9 +287,9 @@ void QELXMLToDM::execute(QELSession* session) {
         long long entryEnd = start;
         bool complete = false;
         std::string name;
-        if (CV5CAAToolsDesc::getNodeName(_file, start, pos, name) && name == kItemInfo) {
+        if (CV5CAAToolsDesc::getNodeName(_file, start, pos, name) && name == QELElement::Item_Info) {
             start = pos;
-            complete = getValuesAndStore(start, pos, entries, kItemInfoEnd);
+            complete = getValuesAndStore(start, pos, entries, QELElement::closingLine(QELElement::Item_Info).c_str());
             entryEnd = pos;
         } else {
             JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Entry %d <%s> holds no Item_Info",
@@ -317,9 +315,9 @@ void QELXMLToDM::execute(QELSession* session) {
             } else {
                 // An empty session takes workspaces and drawings only, and
                 // the first entry of another kind ends the reading.
-                const CATUnicodeString* pointer = entryValue(entries, kPointer);
+                const CATUnicodeString* pointer = entryValue(entries, QELElement::POINTER_ADDRESS);
                 const Designated designated =
-                    classify(resolvePointer(pointer), pointer != nullptr, entryValue(entries, kParentUid));
+                    classify(resolvePointer(pointer), pointer != nullptr, entryValue(entries, QELElement::Parent_ItemRev_UID));
                 if (type == EnumDocumentType_DesignTable || designated.document) {
                     if (emptySession) {
                         JNLManager::writeMsg("Design Table ignored");
@@ -347,7 +345,7 @@ void QELXMLToDM::execute(QELSession* session) {
             const bool loadable = type == EnumDocumentType_Part || type == EnumDocumentType_Unset;
             if (!stop && run.product && loadable && PROCManager::isProcessCheckout()) {
                 if (!entryWorkspace) {
-                    const CATUnicodeString* pointer = entryValue(entries, kPointer);
+                    const CATUnicodeString* pointer = entryValue(entries, QELElement::POINTER_ADDRESS);
                     if (!pointer) {
                         JNLManager::writeMsg("Cannot find balise POINTER_ADDRESS");
                     } else {
@@ -355,7 +353,7 @@ void QELXMLToDM::execute(QELSession* session) {
                         if (component && component->isWorkSpace()) entryWorkspace = static_cast<QELWorkSpace*>(component);
                     }
                 }
-                const CATUnicodeString* loadFlag = entryValue(entries, "Load_Flag");
+                const CATUnicodeString* loadFlag = entryValue(entries, QELElement::Load_Flag);
                 if (QELDocument* document = loadFlag ? defaultDocumentOf(entryWorkspace) : nullptr)
                     document->addIntegerProperty("Load_Flag", toInt(*loadFlag));
             }
@@ -432,7 +430,9 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
 }
 
 bool QELXMLToDM::getValuesAndStoreForComponents(long long start, long long& pos, TYPMapIntPVoid*& map) {
-    static const std::string kEnd = "</Components>";
+    static const std::string kEnd = QELElement::closingLine(QELElement::Components);
+    static const std::string kComponentName = QELElement::openingLine(QELElement::ComponentName);
+    static const std::string kShapes = QELElement::openingLine(QELElement::Shapes);
     if (!map) map = new TYPMapIntPVoid("p_list_component");
     moveTo(start);
     // The shape lists are numbered across the whole block, not per component.
@@ -442,21 +442,21 @@ bool QELXMLToDM::getValuesAndStoreForComponents(long long start, long long& pos,
     std::string value;
     bool more = readLine(line);
     while (more && line != kEnd) {
-        if (line == "<ComponentName>") {
+        if (line == kComponentName) {
             more = readLine(value) && readLine(line);
             component = CATUnicodeString(value);
-        } else if (line == "<Shapes>") {
+        } else if (line == kShapes) {
             long long at = _file.tell();
             const int count = readCount(at, at);
             long long probe = 0;
-            for (int i = 0; i < count && findSibling("SR", at, probe); ++i) {
-                TYPVectorCATUnicodeString* names = getBaliseValueListByName(at, "SR", at);
+            for (int i = 0; i < count && findSibling(QELElement::SR, at, probe); ++i) {
+                TYPVectorCATUnicodeString* names = getBaliseValueListByName(at, QELElement::SR, at);
                 auto* shapes = new TYPMapCATUnicodeStringPVoid("p_sub_map");
                 shapes->insert(component, names);
                 map->insert(index++, shapes);
             }
             // Stand after </Shapes> whatever the count said.
-            more = CV5CAAToolsDesc::searchClosingNode(_file, "Shapes", at, at);
+            more = CV5CAAToolsDesc::searchClosingNode(_file, QELElement::Shapes, at, at);
         } else {
             more = readLine(value) && readLine(line);
         }
@@ -471,7 +471,7 @@ QELWorkSpace* QELXMLToDM::createWorkspace(QELWorkSpace* workspace, QELSession* s
                                           TYPMapCATUnicodeStringPVoid* map) {
     QELWorkSpace* result = workspace;
     if (!result) {
-        const CATUnicodeString* fileName = entryValue(map, "File_Name");
+        const CATUnicodeString* fileName = entryValue(map, QELElement::File_Name);
         const CATUnicodeString name = fileName ? *fileName : CATUnicodeString();
         if (PROCManager::manageDescForEmptyQEL()) {
             // The file name stands for all three names of the new workspace.
@@ -480,7 +480,7 @@ QELWorkSpace* QELXMLToDM::createWorkspace(QELWorkSpace* workspace, QELSession* s
                 result = created;
         } else if (session) {
             JNLManager::writeMsg("ERROR : p_wsp is NULL. The desc file is not correctly filled.");
-            const CATUnicodeString* itemId = entryValue(map, "Item_ID");
+            const CATUnicodeString* itemId = entryValue(map, QELElement::Item_ID);
             result = session->createWorkSpace(type, name, name, itemId ? *itemId : CATUnicodeString());
         }
     }
@@ -495,7 +495,7 @@ void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QEL
     if (!occurrence) {
         JNLManager::writeMsg("ERROR : p_abs is NULL. The desc file is not correctly filled.");
         if (!session) return;
-        const CATUnicodeString* parentUid = entryValue(map, kParentUid);
+        const CATUnicodeString* parentUid = entryValue(map, QELElement::Parent_ItemRev_UID);
         const CATUnicodeString uid = parentUid ? *parentUid : CATUnicodeString();
         // The answer names no occurrence to update, and none is invented:
         // the parent search only tells the journal where the entry belongs.
@@ -508,7 +508,7 @@ void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QEL
     updateProperty(occurrence, map);
 
     QELRelativeOccurrence* relative = occurrence->getLinkedRelativeOccurrence();
-    const CATUnicodeString* matrix = entryValue(map, "Matrix");
+    const CATUnicodeString* matrix = entryValue(map, QELElement::Matrix);
     if (relative && matrix && !matrix->IsNull()) {
         double values[16];
         parseMatrix(*matrix, values);
@@ -516,11 +516,11 @@ void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QEL
     }
 
     // Linked documents and sheets are read past; nothing here uses them.
-    for (const char* block : {"LinkedDocs", "Sheets"}) {
+    for (const char* block : {QELElement::LinkedDocs, QELElement::Sheets}) {
         const int count = readBlockCount(map, block, pos);
         std::string value;
         for (int i = 0; i < count / 2; ++i) {
-            if (!getBaliseValueByName(pos, "Attribut", pos, value)) {
+            if (!getBaliseValueByName(pos, QELElement::Attribut, pos, value)) {
                 JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %s holds fewer than %d elements",
                                               _path.c_str(), block, count);
                 break;

@@ -13,6 +13,7 @@
 #include "CV5CAAToolsDesc.h"
 #include "JNLManager.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELSession.h"
 #include "QELXMLToDM.h"
 #include "QELXMLToDMUpdateTools.h"
@@ -35,9 +36,10 @@ bool isPrimary(QELDocument* document) {
 // level -1.
 enum CompositeLevel { kBlock = -1, kStacking, kPliesGroup, kSequence, kPly, kLevelCount };
 
-const char* const kLevelNames[kLevelCount] = {"Stacking", "PliesGroup", "Sequence", "Ply"};
+const char* const kLevelNames[kLevelCount] = {QELElement::Stacking, QELElement::PliesGroup, QELElement::Sequence,
+                                              QELElement::Ply};
 
-const char* levelName(int level) { return level == kBlock ? "PartComposites" : kLevelNames[level]; }
+const char* levelName(int level) { return level == kBlock ? QELElement::PartComposites : kLevelNames[level]; }
 
 // The level a tag name stands for; kLevelCount for any other element.
 int levelOf(const std::string& name) {
@@ -164,7 +166,7 @@ private:
             }
         }
         const Line kind = next(text, tag, lineStart);
-        if (kind == Line::Close && tag == "Ply") {
+        if (kind == Line::Close && tag == QELElement::Ply) {
             giveBack(lineStart); // readContent takes it as the closing line
             return true;
         }
@@ -279,7 +281,9 @@ std::string elementValue(UTILLineFile& file, const std::string& name, long long 
 // The Attribut values of one list, up to its closing line; at most as many as
 // its NBElements announces when it comes first.
 void readAnalysisList(UTILLineFile& file, const std::string& listName, TYPVectorCATUnicodeString& out) {
-    const std::string closing = "</" + listName + ">";
+    static const std::string kCountLine = QELElement::openingLine(QELElement::NBElements);
+    static const std::string kAttributLine = QELElement::openingLine(QELElement::Attribut);
+    const std::string closing = QELElement::closingLine(listName);
     int announced = -1;
     int read = 0;
     std::string line;
@@ -293,10 +297,10 @@ void readAnalysisList(UTILLineFile& file, const std::string& listName, TYPVector
             file.seek(lineStart);
             break;
         }
-        if (line == "<NBElements>") {
-            announced = toInt(elementValue(file, "NBElements", lineStart).c_str());
-        } else if (line == "<Attribut>") {
-            std::string value = elementValue(file, "Attribut", lineStart);
+        if (line == kCountLine) {
+            announced = toInt(elementValue(file, QELElement::NBElements, lineStart).c_str());
+        } else if (line == kAttributLine) {
+            std::string value = elementValue(file, QELElement::Attribut, lineStart);
             if (announced < 0 || read < announced) {
                 out.push_back(CATUnicodeString(value));
                 ++read;
@@ -315,14 +319,14 @@ long QELXMLToDM::readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicod
     const char* const function = "QELXMLToDM::readAndUpdateExternalFiles";
     JNLManager::beginFunction(function);
     long long pos = 0;
-    if (!entryValue(map, "Externals")) {
+    if (!entryValue(map, QELElement::Externals)) {
         JNLManager::writeMsg("There is no Externals balise.");
-    } else if (const int count = readBlockCount(map, "Externals", pos); count >= 1 && session) {
+    } else if (const int count = readBlockCount(map, QELElement::Externals, pos); count >= 1 && session) {
         // One cursor for the whole block: each list searches on from where
         // the previous one stopped, so the lists follow the session's order.
         size_t cursor = 0;
         forEachList(
-            _file, function, "Externals", "Attribut", count, pos,
+            _file, function, QELElement::Externals, QELElement::Attribut, count, pos,
             [this](long long start, const char* name, long long& at) {
                 return getBaliseValueListByName(start, name, at);
             },
@@ -354,7 +358,7 @@ long QELXMLToDM::readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnico
     const char* const function = "QELXMLToDM::readAndUpdateCompositeFiles";
     JNLManager::beginFunction(function);
     long status = 0;
-    const long long start = blockPosition(map, "PartComposites");
+    const long long start = blockPosition(map, QELElement::PartComposites);
     if (start > 0 && session) {
         // The walk for the first primary document resumes where the previous
         // entry left it, so the session is walked once per reading.
@@ -375,6 +379,9 @@ long QELXMLToDM::readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnico
 
 bool QELXMLToDM::getValuesAndStoreAnalysisFiles(long long start, long long& pos, TYPVectorCATUnicodeString*& resultFiles,
                                                 TYPVectorCATUnicodeString*& computeFiles) {
+    static const std::string kEnd = QELElement::closingLine(QELElement::AnalysisFiles);
+    static const std::string kResults = QELElement::openingLine(QELElement::AnalysisResultsFiles);
+    static const std::string kComputations = QELElement::openingLine(QELElement::AnalysisComputeFiles);
     resultFiles = new TYPVectorCATUnicodeString();
     computeFiles = new TYPVectorCATUnicodeString();
     moveTo(start);
@@ -382,7 +389,7 @@ bool QELXMLToDM::getValuesAndStoreAnalysisFiles(long long start, long long& pos,
     for (;;) {
         const long long lineStart = _file.tell();
         const bool more = _file.readLine(line);
-        if (line == "</AnalysisFiles>") break;
+        if (line == kEnd) break;
         if (!more || line.compare(0, 2, "</") == 0) {
             // The file ends, or the entry around the block closes first.
             JNLManager::writeMsg("ERROR: </AnalysisFiles> is missing in Desc");
@@ -390,10 +397,10 @@ bool QELXMLToDM::getValuesAndStoreAnalysisFiles(long long start, long long& pos,
             pos = lineStart;
             return false;
         }
-        if (line == "<AnalysisResultsFiles>") {
-            readAnalysisList(_file, "AnalysisResultsFiles", *resultFiles);
-        } else if (line == "<AnalysisComputeFiles>") {
-            readAnalysisList(_file, "AnalysisComputeFiles", *computeFiles);
+        if (line == kResults) {
+            readAnalysisList(_file, QELElement::AnalysisResultsFiles, *resultFiles);
+        } else if (line == kComputations) {
+            readAnalysisList(_file, QELElement::AnalysisComputeFiles, *computeFiles);
         } else if (isTagLine(line) && line[1] != '/') {
             // The count and the old lists (OldAnalysisResultsFiles,
             // OldAnalysisComputeFiles) are read past.

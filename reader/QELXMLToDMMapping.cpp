@@ -12,6 +12,7 @@
 #include "EMHManager.h"
 #include "JNLManager.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELItem.h"
 #include "QELLink.h"
 #include "QELRelativeOccurrence.h"
@@ -129,13 +130,13 @@ long QELXMLToDM::updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDoc
         EMHManager::writeMsg(function, 2103, "ip_document");
         status = QEL_E_FAIL;
     } else {
-        const int count = readBlockCount(map, "Mapping_Attribut", pos);
+        const int count = readBlockCount(map, QELElement::Mapping_Attribut, pos);
         if (count >= 0) {
-            const CATUnicodeString stopLine("</Mapping_Attribut>");
+            const CATUnicodeString stopLine(QELElement::closingLine(QELElement::Mapping_Attribut));
             status = readNameValuePairs(
-                function, "Mapping_Attribut", count, pos,
+                function, QELElement::Mapping_Attribut, count, pos,
                 [&](long long& at, CATUnicodeString& value) {
-                    return getTagValueByName(at, stopLine, "Attribut", at, value);
+                    return getTagValueByName(at, stopLine, QELElement::Attribut, at, value);
                 },
                 [&](const CATUnicodeString& name, const CATUnicodeString& value) {
                     document->addDynamicProperty("Mapping_Attribut", name, value, false);
@@ -158,13 +159,13 @@ long QELXMLToDM::updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelative
         EMHManager::writeMsg(function, 2103, "ip_rel_occ");
         status = QEL_E_FAIL;
     } else {
-        const int count = readBlockCount(map, "Mapping_Inst", pos);
+        const int count = readBlockCount(map, QELElement::Mapping_Inst, pos);
         if (count >= 0) {
-            const CATUnicodeString stopLine("</Mapping_Inst>");
+            const CATUnicodeString stopLine(QELElement::closingLine(QELElement::Mapping_Inst));
             status = readNameValuePairs(
-                function, "Mapping_Inst", count, pos,
+                function, QELElement::Mapping_Inst, count, pos,
                 [&](long long& at, CATUnicodeString& value) {
-                    return getTagValueByName(at, stopLine, "Attribut", at, value);
+                    return getTagValueByName(at, stopLine, QELElement::Attribut, at, value);
                 },
                 [&](const CATUnicodeString& name, const CATUnicodeString& value) {
                     relativeOccurrence->addDynamicProperty("Mapping_Inst_Vt", name, value, false);
@@ -179,14 +180,14 @@ void QELXMLToDM::readSecondariesAttributes(QELDocument* document, TYPMapCATUnico
     const char* const function = "QELXMLToDM::readSecondariesAttributes";
     if (!document || !map) return;
     long long pos = 0;
-    const int count = readBlockCount(map, "secondaries", pos);
+    const int count = readBlockCount(map, QELElement::secondaries, pos);
     if (count < 1) return;
     // Without secondaries there is nothing the lists could rename.
     std::unique_ptr<TYPVectorPQELLink> links(document->getLinkedSecondaries());
     if (!links || links->empty()) return;
     const SecondaryIndex secondaries(*links);
     forEachList(
-        _file, function, "secondaries", "secondary", count, pos,
+        _file, function, QELElement::secondaries, QELElement::secondary, count, pos,
         [this](long long start, const char* name, long long& at) { return getBaliseValueListByName(start, name, at); },
         [&](const TYPVectorCATUnicodeString& list) { applySecondaryList(list, secondaries); });
 }
@@ -200,8 +201,8 @@ long QELXMLToDM::readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* 
         JNLManager::writeMsg(component ? "ip_item is NULL" : "ip_component is NULL");
         status = QEL_E_FAIL;
     } else if (component->getIntegerProperty("Modified_Flag") != -1) {
-        const CATUnicodeString* itemId = entryValue(map, "Item_ID");
-        const CATUnicodeString* itemRevId = entryValue(map, "ItemRev_ID");
+        const CATUnicodeString* itemId = entryValue(map, QELElement::Item_ID);
+        const CATUnicodeString* itemRevId = entryValue(map, QELElement::ItemRev_ID);
         if (!itemId) {
             JNLManager::writeMsg("p_item_id is NULL");
             status = QEL_E_FAIL;
@@ -224,8 +225,8 @@ long QELXMLToDM::updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, 
     const char* const function = "QELXMLToDM::updateDocumentForMaskManagement";
     JNLManager::beginFunction(function);
     long status = 0;
-    const CATUnicodeString* address = entryValue(map, "POINTER_ADDRESS");
-    const CATUnicodeString* maskText = entryValue(map, "Mask");
+    const CATUnicodeString* address = entryValue(map, QELElement::POINTER_ADDRESS);
+    const CATUnicodeString* maskText = entryValue(map, QELElement::Mask);
     QELComponent* component = address ? resolvePointer(address) : nullptr;
     if (!address) {
         JNLManager::writeMsg("Cannot find balise POINTER_ADDRESS");

@@ -10,6 +10,7 @@
 #include "JNLManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELItem.h"
 #include "QELLookups.h"
 #include "QELSession.h"
@@ -23,7 +24,6 @@ using QELXMLToDMUpdateTools::toInt;
 namespace {
 
 const char* const kReadOptions = "QELXMLToDM::readOptions";
-const char* const kRoot = "<DESCFILE>";
 const long kNullObject = 2103;
 
 // The item and document of an entry's component; false when the entry is
@@ -48,18 +48,18 @@ bool findTargets(QELComponent* component, QELItem*& item, QELDocument*& document
 
 void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* document,
                      const TYPMapCATUnicodeStringPVoid* map) {
-    if (const CATUnicodeString* value = entryValue(map, "Read_ActiveShapes"))
+    if (const CATUnicodeString* value = entryValue(map, QELElement::Read_ActiveShapes))
         component->addBooleanProperty("Read_ActiveShapes", toInt(*value) != 0);
-    if (const CATUnicodeString* value = entryValue(map, "Update_Flag"))
+    if (const CATUnicodeString* value = entryValue(map, QELElement::Update_Flag))
         document->addIntegerProperty("Update_Flag", toInt(*value));
     // One number for both: the last entry that carries it decides the
     // session's status.
-    if (const CATUnicodeString* value = entryValue(map, "Calcul_Flag")) {
+    if (const CATUnicodeString* value = entryValue(map, QELElement::Calcul_Flag)) {
         const int status = toInt(*value);
         session->setCalculGeometricStatus(status != 0);
         document->setCalculGeometricStatus(status != 0 ? 1 : 0);
     }
-    if (const CATUnicodeString* value = entryValue(map, "ComputeGeo")) {
+    if (const CATUnicodeString* value = entryValue(map, QELElement::ComputeGeo)) {
         if (document->getType() == EnumDocumentType_Part) document->setComputeGeo(*value == "1" ? 1 : 0);
     }
 }
@@ -69,10 +69,10 @@ void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* 
 bool QELXMLToDM::getOptions(QELSession* session, long long start, long long& pos) {
     moveTo(start);
     std::string line;
-    if (!readLine(line) || line != "<Options>") return false;
+    if (!readLine(line) || line != QELElement::openingLine(QELElement::Options)) return false;
     pos = _file.tell();
     auto* options = new TYPMapCATUnicodeStringPVoid("p_list_options");
-    getValuesAndStore(pos, pos, options, "</Options>");
+    getValuesAndStore(pos, pos, options, QELElement::closingLine(QELElement::Options).c_str());
     // Every option is a switch: exactly 1 turns it on.
     for (const auto& entry : *options) {
         CATUnicodeString name = entry.key;
@@ -93,8 +93,9 @@ void QELXMLToDM::readOptions(QELSession* session) {
     if (!beginReading(kReadOptions, session, line)) return;
     long long start = _file.tell();
     long long pos = start;
-    if (line != kRoot) {
-        JNLManager::writeMsgFormatted("Cannot found balise %s", kRoot);
+    const std::string root = QELElement::openingLine(QELElement::DESCFILE);
+    if (line != root) {
+        JNLManager::writeMsgFormatted("Cannot found balise %s", root.c_str());
         closeFile();
         JNLManager::endFunction(kReadOptions, -1);
         return;
@@ -109,6 +110,7 @@ void QELXMLToDM::readOptions(QELSession* session) {
     if (countEnd > 0) start = countEnd;
     if (!optionsFound && getOptions(session, start, pos)) start = pos;
 
+    const std::string itemInfoEnd = QELElement::closingLine(QELElement::Item_Info);
     auto* entries = new TYPMapCATUnicodeStringPVoid("p_list_nodes");
     pos = start;
     for (int i = 0; i < count; ++i) {
@@ -117,14 +119,14 @@ void QELXMLToDM::readOptions(QELSession* session) {
         std::string typeName;
         if (CV5CAAToolsDesc::getNodeName(_file, start, pos, typeName)) start = pos;
         std::string name;
-        if (!CV5CAAToolsDesc::getNodeName(_file, start, pos, name) || name != "Item_Info") {
+        if (!CV5CAAToolsDesc::getNodeName(_file, start, pos, name) || name != QELElement::Item_Info) {
             JNLManager::writeMsg("Error while reading file");
             break;
         }
-        const bool complete = getValuesAndStore(pos, pos, entries, "</Item_Info>");
+        const bool complete = getValuesAndStore(pos, pos, entries, itemInfoEnd.c_str());
         const long long entryEnd = pos;
 
-        QELComponent* component = complete ? resolvePointer(entryValue(entries, "POINTER_ADDRESS")) : nullptr;
+        QELComponent* component = complete ? resolvePointer(entryValue(entries, QELElement::POINTER_ADDRESS)) : nullptr;
         QELItem* item = nullptr;
         QELDocument* document = nullptr;
         if (component && findTargets(component, item, document)) {

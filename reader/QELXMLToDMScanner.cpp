@@ -8,11 +8,11 @@
 
 #include "CV5CAAToolsDesc.h"
 #include "JNLManager.h"
+#include "QELElementNames.h"
 #include "QELHandleTable.h"
 
 namespace {
 
-const char* const kCount = "NBElements";
 
 enum class Sibling { Found, Absent, EndOfFile };
 
@@ -203,11 +203,11 @@ int QELXMLToDM::readCount(long long start, long long& pos) {
     moveTo(start);
     long long after = 0;
     long long countStart = 0;
-    const Sibling found = searchSibling(_file, kCount, after, countStart);
+    const Sibling found = searchSibling(_file, QELElement::NBElements, after, countStart);
     if (found == Sibling::EndOfFile) journalEndOfFile(_path);
     if (found != Sibling::Found) return -1;
     std::string text;
-    if (!CV5CAAToolsDesc::getNodeValue(_file, countStart, kCount, pos, text)) return -1;
+    if (!CV5CAAToolsDesc::getNodeValue(_file, countStart, QELElement::NBElements, pos, text)) return -1;
     int count = 0;
     CATUnicodeString(text).ConvertToNum(&count);
     return count;

@@ -14,6 +14,7 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
+#include "QELElementNames.h"
 #include "QELLink.h"
 #include "QELModelHeap.h"
 #include "QELSession.h"
@@ -44,28 +45,29 @@ struct KeyRule {
 };
 
 const std::unordered_map<std::string, KeyRule>& keyRules() {
+    using namespace QELElement;
     static const std::unordered_map<std::string, KeyRule> rules = {
-        {"Occ_UID", {Target::OccUID, true}},
-        {"Occ_CreatedFlag", {Target::OccCreatedFlag, true}},
-        {"InstanceName", {Target::ComponentString, true}},
-        {"Inst_Description", {Target::ComponentString, true}},
-        {"Part_Number", {Target::PartNumber, false}},
-        {"Parent_ItemRev_UID", {Target::ItemString, true}},
-        {"Item_ID", {Target::ItemString, false}},
-        {"ItemRev_ID", {Target::ItemString, false}},
-        {"ItemRev_UID", {Target::ItemString, true}},
-        {"Nomenclature", {Target::ItemString, false}},
-        {"Update_Flag", {Target::UpdateFlag, false}},
-        {"Check_Action", {Target::CheckAction, true}},
-        {"DST_UID", {Target::DocumentString, false}},
-        {"DST_Version", {Target::DocumentString, false}},
-        {"Date_Last_Modification", {Target::DocumentString, false}},
-        {"Old_File_Name", {Target::OldFileName, false}},
-        {"File_Name", {Target::FileName, false}},
-        {"File_Version", {Target::FileVersion, false}},
-        {"Mask", {Target::Mask, true}},
-        {"Synchronize_Flag", {Target::SynchronizeFlag, true}},
-        {"Type", {Target::Type, false}},
+        {Occ_UID, {Target::OccUID, true}},
+        {Occ_CreatedFlag, {Target::OccCreatedFlag, true}},
+        {InstanceName, {Target::ComponentString, true}},
+        {Inst_Description, {Target::ComponentString, true}},
+        {Part_Number, {Target::PartNumber, false}},
+        {Parent_ItemRev_UID, {Target::ItemString, true}},
+        {Item_ID, {Target::ItemString, false}},
+        {ItemRev_ID, {Target::ItemString, false}},
+        {ItemRev_UID, {Target::ItemString, true}},
+        {Nomenclature, {Target::ItemString, false}},
+        {Update_Flag, {Target::UpdateFlag, false}},
+        {Check_Action, {Target::CheckAction, true}},
+        {DST_UID, {Target::DocumentString, false}},
+        {DST_Version, {Target::DocumentString, false}},
+        {Date_Last_Modification, {Target::DocumentString, false}},
+        {Old_File_Name, {Target::OldFileName, false}},
+        {File_Name, {Target::FileName, false}},
+        {File_Version, {Target::FileVersion, false}},
+        {Mask, {Target::Mask, true}},
+        {Synchronize_Flag, {Target::SynchronizeFlag, true}},
+        {Type, {Target::Type, false}},
     };
     return rules;
 }
@@ -294,9 +296,9 @@ void addAuxiliary(QELDocument* document, const CATUnicodeString& type, const CAT
 
 void readAuxiliaries(BlockReader& r, QELDocument* document) {
     long long pos = 0;
-    const int count = r.count("Auxiliaries", pos);
+    const int count = r.count(QELElement::Auxiliaries, pos);
     if (count < 1) return;
-    forEachList(r.file, kUpdateProperty, "Auxiliaries", "Attribut", count, pos, r.list,
+    forEachList(r.file, kUpdateProperty, QELElement::Auxiliaries, QELElement::Attribut, count, pos, r.list,
                 [&](const TYPVectorCATUnicodeString& list) {
                     // The pair slides by one line: (0, 1), (1, 2), ...
                     const int pairs = list.size() / 2;
@@ -351,10 +353,10 @@ void applyShapeList(const TYPVectorCATUnicodeString& list, const ShapeIndex& sha
 
 void readShapes(BlockReader& r, QELDocument* document) {
     long long pos = 0;
-    const int count = r.count("Shapes", pos);
+    const int count = r.count(QELElement::Shapes, pos);
     if (count < 1) return;
     const ShapeIndex shapes(document->getLinkedAlternateShapeRepresentations());
-    forEachList(r.file, kUpdateProperty, "Shapes", "SR", count, pos, r.list,
+    forEachList(r.file, kUpdateProperty, QELElement::Shapes, QELElement::SR, count, pos, r.list,
                 [&](const TYPVectorCATUnicodeString& list) { applyShapeList(list, shapes); });
 }
 
@@ -363,7 +365,7 @@ void readActiveShapes(BlockReader& r, QELComponent* component) {
     JNLManager::writeMsgFormatted("ip_component->getIntegerProperty(CteQEL_PROPERTY_MAJ)=%d", maj);
     if (maj != 2) return;
     long long pos = 0;
-    const int count = r.count("ActivateShapes", pos);
+    const int count = r.count(QELElement::ActivateShapes, pos);
     if (count < 2) return;
     CV5CAAQELAbsoluteOccurrence* occurrence = hostOccurrence(component);
     CV5CAAQELWorkSpace* workspace = hostWorkSpace(component);
@@ -371,7 +373,8 @@ void readActiveShapes(BlockReader& r, QELComponent* component) {
         JNLManager::writeMsgFormatted("%s: no host object to activate shapes on", kUpdateProperty);
         return;
     }
-    forEachValuePair(r.file, kUpdateProperty, "ActivateShapes", "Attribut", count / 2, pos, r.value,
+    forEachValuePair(r.file, kUpdateProperty, QELElement::ActivateShapes, QELElement::Attribut, count / 2, pos,
+                     r.value,
                      [&](const CATUnicodeString& name, const CATUnicodeString& value) {
                          if (occurrence) {
                              occurrence->addActiveShape(name, value);
@@ -403,10 +406,10 @@ void storeAnalysisFiles(QELComponent* component, const char* source, const char*
 // the order DT_Files listed them (the document's "catdesigntable" links).
 void readDesignTableFiles(BlockReader& r, QELDocument* document) {
     long long pos = 0;
-    const int count = r.count("DesignTable_File", pos);
+    const int count = r.count(QELElement::DesignTable_File, pos);
     if (count < 1) return;
     std::unique_ptr<TYPVectorPQELLink> links(document->getGRMDocumentLinksWhereUsedAsPrimary("catdesigntable"));
-    forEachValue(r.file, kUpdateProperty, "DesignTable_File", "Attribut", count, pos, r.value,
+    forEachValue(r.file, kUpdateProperty, QELElement::DesignTable_File, QELElement::Attribut, count, pos, r.value,
                  [&](int index, const CATUnicodeString& fileName) {
                      QELLink* link = links && index < links->size() ? (*links)[index] : nullptr;
                      QELComponent* table = link ? link->get_Secondary() : nullptr;
@@ -485,7 +488,7 @@ void QELXMLToDM::updateProperty(QELComponent* component, TYPMapCATUnicodeStringP
             readSecondariesAttributes(document, map);
             readShapes(blocks, document);
             if (PROCManager::isCommandSynchronizeActiveShapes()) readActiveShapes(blocks, component);
-            if (const long long start = blockPosition(map, "AnalysisFiles")) {
+            if (const long long start = blockPosition(map, QELElement::AnalysisFiles)) {
                 TYPVectorCATUnicodeString* results = nullptr;
                 TYPVectorCATUnicodeString* computations = nullptr;
                 getValuesAndStoreAnalysisFiles(start, pos, results, computations);
@@ -495,7 +498,7 @@ void QELXMLToDM::updateProperty(QELComponent* component, TYPMapCATUnicodeStringP
                 delete computations;
             }
             readDesignTableFiles(blocks, document);
-            if (const long long start = blockPosition(map, "Components")) {
+            if (const long long start = blockPosition(map, QELElement::Components)) {
                 auto* components = new TYPMapIntPVoid("p_list_component");
                 getValuesAndStoreForComponents(start, pos, components);
                 if (components) applyComponentShapes(document, *components);
@@ -527,9 +530,10 @@ void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATU
     if (!targets.item) JNLManager::writeMsgFormatted("%s: the document has no item", function);
     applyEntry(targets, map);
     long long pos = 0;
-    const int attributes = withMapping && entryValue(map, "Mapping_Attribut") ? count(pos) : -1;
+    const int attributes = withMapping && entryValue(map, QELElement::Mapping_Attribut) ? count(pos) : -1;
     if (attributes >= 2) {
-        forEachValuePair(file, function, "Mapping_Attribut", "Attribut", attributes / 2, pos, readValue,
+        forEachValuePair(file, function, QELElement::Mapping_Attribut, QELElement::Attribut, attributes / 2, pos,
+                         readValue,
                          [&](const CATUnicodeString& name, const CATUnicodeString& value) {
                              document->addDynamicProperty("Mapping_Attribut", name, value, false);
                          });
@@ -544,7 +548,7 @@ void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, TYPMap
     updateDocumentEntry(
         "QELXMLToDM::updatePropertyCompCatalogSpecific", document, map, document && document->isAForeignFile(), _file,
         _oldNames,
-        [this, map](long long& pos) { return readBlockCount(map, "Mapping_Attribut", pos); },
+        [this, map](long long& pos) { return readBlockCount(map, QELElement::Mapping_Attribut, pos); },
         [this](long long start, const char* name, long long& pos, std::string& value) {
             return getBaliseValueByName(start, name, pos, value);
         });
@@ -553,7 +557,7 @@ void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, TYPMap
 void QELXMLToDM::updatePropertyDT(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
     updateDocumentEntry(
         "QELXMLToDM::updatePropertyDT", document, map, true, _file, _oldNames,
-        [this, map](long long& pos) { return readBlockCount(map, "Mapping_Attribut", pos); },
+        [this, map](long long& pos) { return readBlockCount(map, QELElement::Mapping_Attribut, pos); },
         [this](long long start, const char* name, long long& pos, std::string& value) {
             return getBaliseValueByName(start, name, pos, value);
         });

@@ -7,6 +7,7 @@
 #include "CV5CAAQELStacking.h"
 #include "JNLManager.h"
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 #include "QELLink.h"
 #include "QELLookups.h"
 #include "UTILFile.h"
@@ -29,9 +30,9 @@ long QELDMToXML::writeComposites(QELDocument* doc, QELComponent* component) {
     long status = host->getAllStackings(stackings);
     if (status < 0 || stackings.empty()) return status;
 
-    writeOpenBalise("PartComposites");
+    writeOpenBalise(QELElement::PartComposites);
     for (CV5CAAQELStacking* stacking : stackings) writeCompositeStacking(stacking, status);
-    writeCloseBalise("PartComposites");
+    writeCloseBalise(QELElement::PartComposites);
     return status;
 }
 
@@ -42,7 +43,7 @@ void QELDMToXML::writeCompositeStacking(CV5CAAQELStacking* stacking, long& statu
     if (stacking) {
         CATUnicodeString name;
         TYPVectorPCV5CAAQELPliesGroup groups;
-        writeOpenBalise("Stacking");
+        writeOpenBalise(QELElement::Stacking);
         status = stacking->getStackingName(name);
         writeValue(name);
         status = stacking->getAllPliesGroups(groups);
@@ -50,14 +51,14 @@ void QELDMToXML::writeCompositeStacking(CV5CAAQELStacking* stacking, long& statu
             for (CV5CAAQELPliesGroup* group : groups) writeCompositePliesGroup(group, status);
         }
     }
-    writeCloseBalise("Stacking");
+    writeCloseBalise(QELElement::Stacking);
 }
 
 void QELDMToXML::writeCompositePliesGroup(CV5CAAQELPliesGroup* group, long& status) {
     if (group) {
         CATUnicodeString name;
         TYPVectorPCV5CAAQELSequence sequences;
-        writeOpenBalise("PliesGroup");
+        writeOpenBalise(QELElement::PliesGroup);
         status = group->getPliesGroupName(name);
         writeValue(name);
         status = group->getAllSequences(sequences);
@@ -65,14 +66,14 @@ void QELDMToXML::writeCompositePliesGroup(CV5CAAQELPliesGroup* group, long& stat
             for (CV5CAAQELSequence* sequence : sequences) writeCompositeSequence(sequence, status);
         }
     }
-    writeCloseBalise("PliesGroup");
+    writeCloseBalise(QELElement::PliesGroup);
 }
 
 void QELDMToXML::writeCompositeSequence(CV5CAAQELSequence* sequence, long& status) {
     if (sequence) {
         CATUnicodeString name;
         TYPVectorPCV5CAAQELPly plies;
-        writeOpenBalise("Sequence");
+        writeOpenBalise(QELElement::Sequence);
         status = sequence->getSequenceName(name);
         writeValue(name);
         status = sequence->getAllPlies(plies);
@@ -80,7 +81,7 @@ void QELDMToXML::writeCompositeSequence(CV5CAAQELSequence* sequence, long& statu
             for (CV5CAAQELPly* ply : plies) writeCompositePly(ply, status);
         }
     }
-    writeCloseBalise("Sequence");
+    writeCloseBalise(QELElement::Sequence);
 }
 
 void QELDMToXML::writeCompositePly(CV5CAAQELPly* ply, long& status) {
@@ -95,31 +96,31 @@ void QELDMToXML::writeCompositePly(CV5CAAQELPly* ply, long& status) {
             status = (ply->*getter)(text);
             writeBalise(name, text, "", 1);
         };
-        writeOpenBalise("Ply");
+        writeOpenBalise(QELElement::Ply);
         value(&CV5CAAQELPly::getPlyName);
         value(&CV5CAAQELPly::get3DRepresentationFilePath);
         value(&CV5CAAQELPly::get2DRepresentationFilePath);
-        element("Material", &CV5CAAQELPly::getMaterialName);
-        writeOpenBalise("COGPosition");
+        element(QELElement::Material, &CV5CAAQELPly::getMaterialName);
+        writeOpenBalise(QELElement::COGPosition);
         value(&CV5CAAQELPly::getCOGX);
         value(&CV5CAAQELPly::getCOGY);
         value(&CV5CAAQELPly::getCOGZ);
-        writeCloseBalise("COGPosition");
+        writeCloseBalise(QELElement::COGPosition);
         // ZX before ZY: the PDM side reads the inertia lines in this order.
-        writeOpenBalise("Inertia");
+        writeOpenBalise(QELElement::Inertia);
         value(&CV5CAAQELPly::getInertiaXX);
         value(&CV5CAAQELPly::getInertiaYY);
         value(&CV5CAAQELPly::getInertiaZZ);
         value(&CV5CAAQELPly::getInertiaXY);
         value(&CV5CAAQELPly::getInertiaZX);
         value(&CV5CAAQELPly::getInertiaZY);
-        writeCloseBalise("Inertia");
-        element("Direction", &CV5CAAQELPly::getDirection);
-        element("SurfacicMass", &CV5CAAQELPly::getSurfacicMass);
-        element("Mass", &CV5CAAQELPly::getMass);
-        element("WetArea", &CV5CAAQELPly::getWetArea);
+        writeCloseBalise(QELElement::Inertia);
+        element(QELElement::Direction, &CV5CAAQELPly::getDirection);
+        element(QELElement::SurfacicMass, &CV5CAAQELPly::getSurfacicMass);
+        element(QELElement::Mass, &CV5CAAQELPly::getMass);
+        element(QELElement::WetArea, &CV5CAAQELPly::getWetArea);
     }
-    writeCloseBalise("Ply");
+    writeCloseBalise(QELElement::Ply);
 }
 
 void QELDMToXML::writeAnalysisFiles(QELComponent* component) {
@@ -129,25 +130,25 @@ void QELDMToXML::writeAnalysisFiles(QELComponent* component) {
     const int lists = (hasEntries(results) ? 1 : 0) + (hasEntries(computations) ? 1 : 0);
     if (lists == 0) return;
 
-    writeOpenBalise("AnalysisFiles");
-    writeBalise("NBElements", lists);
-    for (const auto& list : {std::make_pair("AnalysisResultsFiles", results),
-                             std::make_pair("AnalysisComputeFiles", computations)}) {
+    writeOpenBalise(QELElement::AnalysisFiles);
+    writeBalise(QELElement::NBElements, lists);
+    for (const auto& list : {std::make_pair(QELElement::AnalysisResultsFiles, results),
+                             std::make_pair(QELElement::AnalysisComputeFiles, computations)}) {
         if (!hasEntries(list.second)) continue;
         const TYPVectorCATUnicodeString& entries = *list.second;
         writeOpenBalise(list.first);
         // Entries are (path, data) pairs: the count is the pairs', and each
         // path at an even place is listed, a trailing one without its data
         // included.
-        writeBalise("NBElements", entries.size() / 2);
+        writeBalise(QELElement::NBElements, entries.size() / 2);
         CATUnicodeString directory, fileName;
         for (int i = 0; i < entries.size(); i += 2) {
             UTILFile::splitPathAndFileName(entries[i], directory, fileName);
-            writeBalise("Attribut", fileName, "", 0);
+            writeBalise(QELElement::Attribut, fileName, "", 0);
         }
         writeCloseBalise(list.first);
     }
-    writeCloseBalise("AnalysisFiles");
+    writeCloseBalise(QELElement::AnalysisFiles);
 }
 
 void QELDMToXML::writeExternalFiles(QELDocument* doc) {
@@ -162,18 +163,18 @@ void QELDMToXML::writeExternalFiles(QELDocument* doc) {
     if (doc && (!links || links->empty())) {
         JNLManager::writeMsg("writeExternalFiles : There is no External Files attached at this primary document.");
     } else if (links) {
-        writeOpenBalise("Externals");
-        writeBalise("NBElements", links->size());
+        writeOpenBalise(QELElement::Externals);
+        writeBalise(QELElement::NBElements, links->size());
         for (const QELLink* link : *links) {
             const QELComponent* secondary = link ? link->get_Secondary() : nullptr;
             // The PDM side reads each entry as four lines, the third one
             // empty; a link without a document keeps its place with no name.
-            writeOpenBalise("Attribut");
+            writeOpenBalise(QELElement::Attribut);
             writeValue(secondary ? secondary->getStringProperty("Doc_Old_File_Name") : CATUnicodeString());
             writeValue(CATUnicodeString());
-            writeCloseBalise("Attribut");
+            writeCloseBalise(QELElement::Attribut);
         }
-        writeCloseBalise("Externals");
+        writeCloseBalise(QELElement::Externals);
     }
     JNLManager::endFunction(function, -1);
 }

@@ -8,6 +8,7 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 #include "QELLink.h"
 #include "QELLookups.h"
 
@@ -140,9 +141,9 @@ void QELDMToXML::writeDescDesignTableForSavePhase1(QELSession*, QELDocument* des
 void QELDMToXML::writeDescDesignTableForSavePhase2(QELSession*, QELDocument* designTable, QELItem*, QELFile*) {
     // Phase 2 only completes what phase 1 described.
     writeBaliseFileType(designTable, 1, designTable);
-    writeOpenBalise("Item_Info");
+    writeOpenBalise(QELElement::Item_Info);
     writeExternalFiles(designTable);
-    writeCloseBalise("Item_Info");
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(designTable, 2, designTable);
 }
 
@@ -193,7 +194,7 @@ void QELDMToXML::writeDescDesignTableForBRR(QELSession*, QELDocument* designTabl
 void QELDMToXML::writeDesignTableBlock(const DesignTableRows& rows, QELDocument* designTable, QELItem* item,
                                        QELFile* file, QELItem* parentItem, QELFile* parentFile) {
     writeBaliseFileType(designTable, 1, designTable);
-    writeOpenBalise("Item_Info");
+    writeOpenBalise(QELElement::Item_Info);
     if (rows.pointerAddress) writePointerAddress(designTable);
     if (rows.parents) {
         writeParentPartNumber(parentItem, 1);
@@ -212,26 +213,28 @@ void QELDMToXML::writeDesignTableBlock(const DesignTableRows& rows, QELDocument*
         writeItemRevUID(item, designTable);
     }
     writeFileName(file, designTable);
-    writeBalise("File_Version", "DesignTable", "", 0);
+    writeBalise(QELElement::File_Version, "DesignTable", "", 0);
     writeCheckAction(designTable);
     if (rows.fixedMAJ) {
-        writeBalise("MAJ", 2);
+        writeBalise(QELElement::MAJ, 2);
     } else {
         writeMAJ(designTable);
     }
     if (rows.modifiedFlag == DesignTableRows::FromProperty) writeModifiedFlag(designTable);
-    if (rows.modifiedFlag == DesignTableRows::AlreadyWritten) writeBalise("Modified_Flag", -1);
+    if (rows.modifiedFlag == DesignTableRows::AlreadyWritten) writeBalise(QELElement::Modified_Flag, -1);
     if (rows.isDocSelected) writeIsDocSelected(designTable);
-    if (rows.mappingProperty) writeDesignTableMappingAttribute(rows.mappingProperty, "Attribut", designTable);
+    if (rows.mappingProperty) writeDesignTableMappingAttribute(rows.mappingProperty, QELElement::Attribut, designTable);
     if (rows.externalFiles) writeExternalFiles(designTable);
     if (rows.info) writeDesignTableInfo(designTable);
-    writeCloseBalise("Item_Info");
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(designTable, 2, designTable);
 }
 
 void QELDMToXML::writeDesignTableInfo(QELDocument* designTable) {
     if (!designTable) return;
-    static const char* const kArrays[][2] = {{"Sheet", "DT_Sheets"}, {"Cfg", "DT_Cfgs"}, {"CheckSum", "DT_CfgCksums"}};
+    // Each array property and the element that lists it.
+    static const char* const kArrays[][2] = {
+        {"Sheet", QELElement::DT_Sheets}, {"Cfg", QELElement::DT_Cfgs}, {"CheckSum", QELElement::DT_CfgCksums}};
     for (const auto& array : kArrays) {
         if (const TYPVectorCATUnicodeString* values = designTable->getStringArrayProperty(array[0])) {
             writeAttributList(array[1], *values);
@@ -252,14 +255,14 @@ void QELDMToXML::writeDesignTableMappingAttribute(const CATUnicodeString& proper
         kept.push_back((*pairs)[i + 1]);
     }
     if (kept.empty()) return;
-    writeOpenBalise("Mapping_Attribut");
+    writeOpenBalise(QELElement::Mapping_Attribut);
     // Counts strings, two per attribute, as the PDM side expects.
-    writeBalise("NBElements", kept.size());
+    writeBalise(QELElement::NBElements, kept.size());
     for (int i = 0; i < kept.size(); i += 2) {
         writeBalise(elementName, kept[i], "", 0);
         writeBalise(elementName, kept[i + 1], "", 1);
     }
-    writeCloseBalise("Mapping_Attribut");
+    writeCloseBalise(QELElement::Mapping_Attribut);
 }
 
 void QELDMToXML::writeDescDesignTableFile(const char* elementName, QELDocument* owner) {
@@ -280,8 +283,8 @@ void QELDMToXML::writeDescDesignTableSheets(const char* elementName, QELDocument
                                                    : nullptr);
     if (!links || links->empty()) return;
     writeOpenBalise(elementName);
-    writeBalise("NBElements", links->size());
-    for (const QELLink* link : *links) writeBalise("Attribut", link ? link->getIntegerProperty("Sheet") : -1);
+    writeBalise(QELElement::NBElements, links->size());
+    for (const QELLink* link : *links) writeBalise(QELElement::Attribut, link ? link->getIntegerProperty("Sheet") : -1);
     writeCloseBalise(elementName);
 }
 
@@ -290,8 +293,8 @@ void QELDMToXML::writeDescDesignTableCfgs(const char* elementName, QELDocument* 
                                                    : nullptr);
     if (!links || links->empty()) return;
     writeOpenBalise(elementName);
-    writeBalise("NBElements", links->size());
-    for (const QELLink* link : *links) writeBalise("Attribut", link ? link->getIntegerProperty("Cfg") : -1);
+    writeBalise(QELElement::NBElements, links->size());
+    for (const QELLink* link : *links) writeBalise(QELElement::Attribut, link ? link->getIntegerProperty("Cfg") : -1);
     writeCloseBalise(elementName);
 }
 
@@ -300,20 +303,20 @@ void QELDMToXML::writeDescDesignTableMap(const char* elementName, QELDocument* o
     if (!owner || owner->getType() != EnumDocumentType_Product) return;
     std::unique_ptr<TYPVectorPQELLink> links(owner->getGRMDocumentLinksWhereUsedAsPrimary(kDesignTableLink));
     if (!links || links->empty()) return;
-    writeOpenBalise("DT_Maps");
-    writeBalise("NBElements", links->size());
+    writeOpenBalise(QELElement::DT_Maps);
+    writeBalise(QELElement::NBElements, links->size());
     for (const QELLink* link : *links) {
         const TYPVectorCATUnicodeString pieces = splitMap(link ? link->getStringProperty("DTMap") : CATUnicodeString());
         writeOpenBalise(elementName);
-        writeBalise("NBElements", pieces.size());
+        writeBalise(QELElement::NBElements, pieces.size());
         for (const CATUnicodeString& piece : pieces) {
-            writeOpenBalise("Attribut");
+            writeOpenBalise(QELElement::Attribut);
             writeValue(piece);
-            writeCloseBalise("Attribut");
+            writeCloseBalise(QELElement::Attribut);
         }
         writeCloseBalise(elementName);
     }
-    writeCloseBalise("DT_Maps");
+    writeCloseBalise(QELElement::DT_Maps);
 }
 
 void QELDMToXML::writeDescDesignTableName(const char* elementName, QELDocument* owner) {

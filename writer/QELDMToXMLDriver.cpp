@@ -2,6 +2,7 @@
 // workspace traversal and its count, and the document lists.
 
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 #include "QELStatus.h"
 
 #include <memory>
@@ -146,12 +147,12 @@ void QELDMToXML::writeDocEntry(QELDocument* document, const CATUnicodeString& re
         if (host->getNamedRefUID(namedrefuid) < 0) namedrefuid = CATUnicodeString();
         if (QELFile* file = host->getDefaultFile()) fileName = file->get_Name();
     }
-    writeOpenBalise("doc");
-    writeBalise("filename", fileName, "", 0);
-    writeBalise("revuid", revuid, "", 0);
-    writeBalise("dstuid", dstuid, "", 0);
-    writeBalise("namedrefuid", namedrefuid, "", 0);
-    writeCloseBalise("doc");
+    writeOpenBalise(QELElement::doc);
+    writeBalise(QELElement::filename, fileName, "", 0);
+    writeBalise(QELElement::revuid, revuid, "", 0);
+    writeBalise(QELElement::dstuid, dstuid, "", 0);
+    writeBalise(QELElement::namedrefuid, namedrefuid, "", 0);
+    writeCloseBalise(QELElement::doc);
 }
 
 // ---- the ordinary traversal -----------------------------------------------
@@ -316,14 +317,14 @@ long QELDMToXML::writeConfiguration(QELWorkSpace* workspace) {
     TYPVectorCATUnicodeString* configuration = nullptr;
     workspace->getConfiguration(configuration);
     if (!configuration || configuration->empty()) return 0;
-    writeOpenBalise("Configuration");
+    writeOpenBalise(QELElement::Configuration);
     for (const CATUnicodeString& line : *configuration) writeValue(line);
-    writeCloseBalise("Configuration");
+    writeCloseBalise(QELElement::Configuration);
     return 0;
 }
 
 void QELDMToXML::finishDescription(const char* function) {
-    writeCloseBalise("DESCFILE");
+    writeCloseBalise(QELElement::DESCFILE);
     closeFile(function);
     if (_declaredElements != _writtenItems) EMHManager::writeMsg(function, 2104, "");
 }

@@ -14,6 +14,7 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELDMToXML.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELFile.h"
 #include "QELItem.h"
 #include "QELLink.h"
@@ -27,8 +28,6 @@ using QELLookups::isBroken;
 namespace {
 
 const char* const kError = "ERROR";
-const char* const kAttribut = "Attribut";
-const char* const kMappingAttribut = "Mapping_Attribut";
 
 // The PDM side stores the OEM description in a field of this many characters.
 const int kDescriptionLimit = 255;
@@ -98,37 +97,37 @@ TYPVectorCATUnicodeString* mappingList(QELDocument* document, const char* proper
 
 void QELDMToXML::writeItemID(QELItem* item, QELComponent* component) {
     if (!item) return journalNull("writeItemID", "ip_item");
-    writeBalise("Item_ID", brokenOr(component, item->getStringProperty("Item_ID")), "", 0);
+    writeBalise(QELElement::Item_ID, brokenOr(component, item->getStringProperty("Item_ID")), "", 0);
 }
 
 void QELDMToXML::writeItemRevID(QELItem* item) {
     if (!item) return journalNull("writeItemRevID", "ip_item");
-    writeBalise("ItemRev_ID", item->getStringProperty("ItemRev_ID"), "", 0);
+    writeBalise(QELElement::ItemRev_ID, item->getStringProperty("ItemRev_ID"), "", 0);
 }
 
 void QELDMToXML::writeItemRevUID(QELItem* item, QELComponent* component) {
     if (!item) return journalNull("writeItemRevUID", "ip_item");
-    writeBalise("ItemRev_UID", brokenOr(component, item->getStringProperty("ItemRev_UID")), "", 0);
+    writeBalise(QELElement::ItemRev_UID, brokenOr(component, item->getStringProperty("ItemRev_UID")), "", 0);
 }
 
 void QELDMToXML::writeItemRevName(QELItem* item) {
     if (!item) return journalNull("writeItemRevName", "ip_item");
-    writeBalise("ItemRev_Name", item->getStringProperty("ItemRev_Name"), "", 0);
+    writeBalise(QELElement::ItemRev_Name, item->getStringProperty("ItemRev_Name"), "", 0);
 }
 
 void QELDMToXML::writePartNumber(QELItem* item, QELComponent* component) {
     if (!item) return journalNull("writePartNumber", "ip_item");
-    writeBalise("Part_Number", brokenOr(component, item->getStringProperty("Part_Number")), "", 0);
+    writeBalise(QELElement::Part_Number, brokenOr(component, item->getStringProperty("Part_Number")), "", 0);
 }
 
 void QELDMToXML::writeNomenclature(QELItem* item) {
     if (!item) return journalNull("writeNomenclature", "ip_item");
-    writeBalise("Nomenclature", item->getStringProperty("Nomenclature"), "", 0);
+    writeBalise(QELElement::Nomenclature, item->getStringProperty("Nomenclature"), "", 0);
 }
 
 void QELDMToXML::writeOldModelName(QELItem* item) {
     if (!item) return journalNull("writeOldModelName", "ip_item");
-    writeBalise("Old_Model_Name", item->getStringProperty("Old_Model_Name"), "", 0);
+    writeBalise(QELElement::Old_Model_Name, item->getStringProperty("Old_Model_Name"), "", 0);
 }
 
 // ---- document --------------------------------------------------------------
@@ -137,17 +136,17 @@ void QELDMToXML::writeDatasetUID(QELDocument* document, QELComponent* component)
     if (!document) return journalNull("writeDatasetUID", "ip_document");
     // A broken icon keeps the dataset it is known under; "ERROR" only stands
     // in for a dataset the model does not know.
-    writeBalise("DST_UID", document->getStringProperty("DST_UID"), isBroken(component) ? kError : "", 0);
+    writeBalise(QELElement::DST_UID, document->getStringProperty("DST_UID"), isBroken(component) ? kError : "", 0);
 }
 
 void QELDMToXML::writeDatasetVersion(QELDocument* document) {
     if (!document) return journalNull("writeDatasetVersion", "ip_document");
-    writeBalise("DST_Version", document->getStringProperty("DST_Version"), "", 0);
+    writeBalise(QELElement::DST_Version, document->getStringProperty("DST_Version"), "", 0);
 }
 
 void QELDMToXML::writeDateLastModification(QELDocument* document) {
     if (!document) return journalNull("writeDateLastModification", "ip_document");
-    writeBalise("Date_Last_Modification", document->getStringProperty("Date_Last_Modification"), "", 0);
+    writeBalise(QELElement::Date_Last_Modification, document->getStringProperty("Date_Last_Modification"), "", 0);
 }
 
 void QELDMToXML::writeNamedRefUID(QELDocument* document, QELComponent* component) {
@@ -156,24 +155,24 @@ void QELDMToXML::writeNamedRefUID(QELDocument* document, QELComponent* component
         JNLManager::writeMsg("QELDMToXML::writeNamedRefUID : ip_component is a broken icon");
         return;
     }
-    writeBalise("NamedRef_UID", document->getStringProperty("NamedRef_UID"), "", 0);
+    writeBalise(QELElement::NamedRef_UID, document->getStringProperty("NamedRef_UID"), "", 0);
 }
 
 void QELDMToXML::writeBVRDate(QELDocument* document) {
     if (!document) return journalNull("writeBVRDate", "ip_document");
-    writeBalise("BVR_Date", document->getStringProperty("BVR_Date"), "", 0);
+    writeBalise(QELElement::BVR_Date, document->getStringProperty("BVR_Date"), "", 0);
 }
 
 void QELDMToXML::writeDocUUID(QELDocument* document) {
     // The writer's name is doubled in its journal line; tools that scan the
     // journal look for that text.
     if (!document) return journalNull("writewriteDocUUID", "ip_document");
-    writeBalise("Doc_UUID", document->getStringProperty("catia_uuid"), "", 0);
+    writeBalise(QELElement::Doc_UUID, document->getStringProperty("catia_uuid"), "", 0);
 }
 
 void QELDMToXML::writeIsDocSelected(QELDocument* document) {
     if (!document) return journalNull("writeIsDocSelected", "ip_document");
-    writeBalise("IsDocSelected", document->getBooleanProperty("IsDocSelected") ? 1 : 0);
+    writeBalise(QELElement::IsDocSelected, document->getBooleanProperty("IsDocSelected") ? 1 : 0);
 }
 
 // ---- file ------------------------------------------------------------------
@@ -183,17 +182,17 @@ void QELDMToXML::writeFileName(QELFile* file, QELComponent* component) {
     // The state-details factory works on files outside any workspace, which
     // the PDM side can only find by their full path.
     const char* property = PROCManager::isProcessStateDetailsFactory() ? "fullPathName" : "File_Name";
-    writeBalise("File_Name", brokenOr(component, file->getStringProperty(property)), "", 0);
+    writeBalise(QELElement::File_Name, brokenOr(component, file->getStringProperty(property)), "", 0);
 }
 
 void QELDMToXML::writeFileVersion(QELFile* file) {
     if (!file) return journalNull("writeFileVersion", "ip_file");
-    writeBalise("File_Version", file->getStringProperty("File_Version"), "", 0);
+    writeBalise(QELElement::File_Version, file->getStringProperty("File_Version"), "", 0);
 }
 
 void QELDMToXML::writeOldFileName(QELFile* file) {
     if (!file) return journalNull("writeOldFileName", "ip_file");
-    writeBalise("Old_File_Name", file->getStringProperty("Old_File_Name"), "", 0);
+    writeBalise(QELElement::Old_File_Name, file->getStringProperty("Old_File_Name"), "", 0);
 }
 
 // ---- component -------------------------------------------------------------
@@ -205,17 +204,17 @@ void QELDMToXML::writeInstanceName(QELComponent* component) {
         (component->getIntegerProperty("FileType") == EnumDocumentType_Catalog ||
          component->getBooleanProperty("IsCompCatalog")))
         return;
-    writeBalise("InstanceName", component->getStringProperty("InstanceName"), "", 0);
+    writeBalise(QELElement::InstanceName, component->getStringProperty("InstanceName"), "", 0);
 }
 
 void QELDMToXML::writeInstanceDescription(QELComponent* component) {
     if (!component) return journalNull("writeInstanceDescription", "ip_component");
-    writeBalise("Inst_Description", component->getStringProperty("Inst_Description"), "", 0);
+    writeBalise(QELElement::Inst_Description, component->getStringProperty("Inst_Description"), "", 0);
 }
 
 void QELDMToXML::writeOCCUID(QELComponent* component) {
     if (!component) return journalNull("writeOCCUID", "ip_component");
-    writeBalise("Occ_UID", component->getStringProperty("Occ_UID"), "", 0);
+    writeBalise(QELElement::Occ_UID, component->getStringProperty("Occ_UID"), "", 0);
 }
 
 void QELDMToXML::writeMask(QELComponent* component) {
@@ -225,7 +224,7 @@ void QELDMToXML::writeMask(QELComponent* component) {
         JNLManager::writeMsg("mask property not set");
         return;
     }
-    writeBalise("Mask", mask);
+    writeBalise(QELElement::Mask, mask);
 }
 
 // ---- parent ----------------------------------------------------------------
@@ -234,50 +233,50 @@ void QELDMToXML::writeMask(QELComponent* component) {
 // is the catalog's.
 void QELDMToXML::writeParentPartNumber(QELItem* parentItem, unsigned char /*isAbsolute*/) {
     if (!parentItem) return journalNull("writeParentPartNumber", "ip_parent_item");
-    writeBalise("Parent_Part_Number", parentItem->getStringProperty("Part_Number"), "", 0);
+    writeBalise(QELElement::Parent_Part_Number, parentItem->getStringProperty("Part_Number"), "", 0);
 }
 
 void QELDMToXML::writeParentInstanceName(QELComponent* parent, unsigned char isAbsolute) {
     if (!isAbsolute) return;
     if (!parent) return journalNull("writeParentInstanceName", "ip_parent");
-    writeBalise("Parent_Instance_Name", parent->getStringProperty("InstanceName"), "", 0);
+    writeBalise(QELElement::Parent_Instance_Name, parent->getStringProperty("InstanceName"), "", 0);
 }
 
 // Written for workspaces too: a catalog workspace names the catalog's file.
 void QELDMToXML::writeParentDocName(QELFile* parentFile, unsigned char /*isAbsolute*/) {
     if (!parentFile) return journalNull("writeParentDocName", "ip_parent_file");
-    writeBalise("Parent_Doc_Name", parentFile->getStringProperty("File_Name"), "", 0);
+    writeBalise(QELElement::Parent_Doc_Name, parentFile->getStringProperty("File_Name"), "", 0);
 }
 
 void QELDMToXML::writeParentDatasetUID(QELDocument* parentDocument, unsigned char isAbsolute) {
     if (!isAbsolute) return;
     if (!parentDocument) return journalNull("writeParentDatasetUID", "ip_parent_document");
-    writeBalise("Parent_DST_UID", parentDocument->getStringProperty("DST_UID"), "", 0);
+    writeBalise(QELElement::Parent_DST_UID, parentDocument->getStringProperty("DST_UID"), "", 0);
 }
 
 void QELDMToXML::writeParentItemRevUID(QELItem* parentItem) {
     if (!parentItem) return journalNull("writeParentItemRevUID", "ip_parent_item");
-    writeBalise("Parent_ItemRev_UID", parentItem->getStringProperty("ItemRev_UID"), "", 0);
+    writeBalise(QELElement::Parent_ItemRev_UID, parentItem->getStringProperty("ItemRev_UID"), "", 0);
 }
 
 // A workspace has no parent item; the PDM side expects "ERROR" there.
 void QELDMToXML::writeParentItemID(QELItem* parentItem, unsigned char isAbsolute) {
-    if (!isAbsolute) return writeBalise("Parent_Item_ID", kError, "", 0);
+    if (!isAbsolute) return writeBalise(QELElement::Parent_Item_ID, kError, "", 0);
     if (!parentItem) return journalNull("writeParentItemID", "ip_parent_item");
-    writeBalise("Parent_Item_ID", parentItem->getStringProperty("Item_ID"), "", 0);
+    writeBalise(QELElement::Parent_Item_ID, parentItem->getStringProperty("Item_ID"), "", 0);
 }
 
 void QELDMToXML::writeParentItemRevID(QELItem* parentItem, unsigned char isAbsolute) {
-    if (!isAbsolute) return writeBalise("Parent_ItemRev_ID", kError, "", 0);
+    if (!isAbsolute) return writeBalise(QELElement::Parent_ItemRev_ID, kError, "", 0);
     if (!parentItem) return journalNull("writeParentItemRevID", "ip_parent_item");
-    writeBalise("Parent_ItemRev_ID", parentItem->getStringProperty("ItemRev_ID"), "", 0);
+    writeBalise(QELElement::Parent_ItemRev_ID, parentItem->getStringProperty("ItemRev_ID"), "", 0);
 }
 
 void QELDMToXML::writeParentComp(QELComponent* component, unsigned char isAbsolute) {
     if (!component) return journalNull("writeParentComp", "ip_component");
-    if (isAbsolute) return writeBalise("Parent_Comp", component->getStringProperty("Parent_Comp"), "NO", 0);
+    if (isAbsolute) return writeBalise(QELElement::Parent_Comp, component->getStringProperty("Parent_Comp"), "NO", 0);
     if (component->getIntegerProperty("FileType") == EnumDocumentType_Catalog) return;
-    writeBalise("Parent_Comp", "NO", "", 0);
+    writeBalise(QELElement::Parent_Comp, "NO", "", 0);
 }
 
 // ---- type ------------------------------------------------------------------
@@ -299,28 +298,28 @@ void QELDMToXML::writeType(QELComponent* component, QELDocument* document) {
     CATUnicodeString value = kind;
     if (!kind.IsNull() && !type.IsNull()) value += " ";
     value += type;
-    writeBalise("Type", value, "", 0);
+    writeBalise(QELElement::Type, value, "", 0);
 }
 
 // ---- mapping attributes ----------------------------------------------------
 
 long QELDMToXML::writeMappingAttributes(QELComponent* component, QELDocument* document) {
     if (TYPVectorCATUnicodeString* pairs = mappingList(document, "Mapping_Attribut", "writeMappingAttributes"))
-        writeDynamicAttributes(kMappingAttribut, pairs, kAttribut, component, document);
+        writeDynamicAttributes(QELElement::Mapping_Attribut, pairs, QELElement::Attribut, component, document);
     return 0;
 }
 
 long QELDMToXML::writeOEMMappingAttributes(QELComponent* component, QELDocument* document) {
     if (TYPVectorCATUnicodeString* pairs =
             mappingList(document, "OEM_Mapping_Attribut", "writeOEMMappingAttributes"))
-        writeDynamicAttributes(kMappingAttribut, pairs, kAttribut, component, document);
+        writeDynamicAttributes(QELElement::Mapping_Attribut, pairs, QELElement::Attribut, component, document);
     return 0;
 }
 
 long QELDMToXML::writeCATIAMappingAttributes(QELComponent* component, QELDocument* document) {
     if (TYPVectorCATUnicodeString* pairs =
             mappingList(document, "CATIA_Mapping_Attribut", "writeCATIAMappingAttributes"))
-        writeDynamicAttributes(kMappingAttribut, pairs, kAttribut, component, document);
+        writeDynamicAttributes(QELElement::Mapping_Attribut, pairs, QELElement::Attribut, component, document);
     return 0;
 }
 
@@ -344,7 +343,7 @@ void QELDMToXML::writeDynamicAttributes(const CATUnicodeString& element, TYPVect
     const CATUnicodeString description = ENVManager::getOemPrefix() + "_description";
     writeOpenBalise(element);
     // The count is of strings, two per attribute: the PDM side reads it so.
-    writeBalise("NBElements", values->size());
+    writeBalise(QELElement::NBElements, values->size());
     for (int i = 0; i < values->size(); i += 2) {
         const CATUnicodeString name = pdmAttributeName((*values)[i]);
         // Every string is written, empty or not, so that the count holds; a
@@ -370,7 +369,7 @@ void QELDMToXML::writeMappingAttributesForDrawingOnImport(QELComponent* componen
     TYPVectorCATUnicodeString* oem = document ? document->getDynamicProperty("OEM_Mapping_Attribut") : nullptr;
     if (!mapping || !oem) {
         TYPVectorCATUnicodeString* only = mapping ? mapping : oem;
-        if (only) writeDynamicAttributes(kMappingAttribut, only, kAttribut, component, document);
+        if (only) writeDynamicAttributes(QELElement::Mapping_Attribut, only, QELElement::Attribut, component, document);
         return;
     }
 
@@ -391,7 +390,7 @@ void QELDMToXML::writeMappingAttributesForDrawingOnImport(QELComponent* componen
     };
     take(*mapping, false);
     take(*oem, true);
-    writeDynamicAttributes(kMappingAttribut, &merged, kAttribut, component, document);
+    writeDynamicAttributes(QELElement::Mapping_Attribut, &merged, QELElement::Attribut, component, document);
     for (int i = 0; i < merged.size(); ++i) *sources[static_cast<size_t>(i)] = merged[i];
 }
 
@@ -408,7 +407,7 @@ void QELDMToXML::writeDynamicAttributesForImportCompCatalog(const CATUnicodeStri
         JNLManager::writeMsg("QELDMToXML::writeDynamicAttributes: does not manage dynamic attributes on broken icon");
         return;
     }
-    writeDynamicAttributes(element, pairs, kAttribut, nullptr, document);
+    writeDynamicAttributes(element, pairs, QELElement::Attribut, nullptr, document);
 }
 
 // ---- secondaries -----------------------------------------------------------
@@ -430,7 +429,7 @@ void QELDMToXML::writeSecondariesAttributes(const CATUnicodeString& listElement,
     }
 
     writeOpenBalise(listElement);
-    writeBalise("NBElements", links->size());
+    writeBalise(QELElement::NBElements, links->size());
     for (QELLink* link : *links) {
         QELComponent* secondary = link ? link->get_Secondary() : nullptr;
         if (!secondary) {
@@ -440,7 +439,7 @@ void QELDMToXML::writeSecondariesAttributes(const CATUnicodeString& listElement,
         CATUnicodeString displayName = secondary->getStringProperty("spfilenametodisplay");
         // An import names files as the PDM side stores them, with forward slashes.
         if (PROCManager::isCommandImport()) displayName.ReplaceAll("\\", "/");
-        writeOpenBalise("secondary");
+        writeOpenBalise(QELElement::secondary);
         writeValue(displayName);
         writeValue(CATUnicodeString());
         writeValue(secondary->getStringProperty("Part_Number"));
@@ -448,7 +447,7 @@ void QELDMToXML::writeSecondariesAttributes(const CATUnicodeString& listElement,
         writeValue(secondary->getStringProperty("NamedRef_UID"));
         writeValue(CATUnicodeString(secondary->getBooleanProperty("Modified_Flag") ? "true" : "false"));
         writeValue(secondary->getIntegerProperty("Mask"));
-        writeCloseBalise("secondary");
+        writeCloseBalise(QELElement::secondary);
     }
     writeCloseBalise(listElement);
 }
@@ -554,11 +553,11 @@ void QELDMToXML::writeLinkedDocumentList(QELDocument* document, const TYPVectorC
     }
 
     auto writeEntry = [&](const Entry& entry) {
-        writeBalise(kAttribut, entry.name, "", 0);
-        if (withUuid) writeBalise(kAttribut, entry.uuid, "", 1);
+        writeBalise(QELElement::Attribut, entry.name, "", 0);
+        if (withUuid) writeBalise(QELElement::Attribut, entry.uuid, "", 1);
     };
-    writeOpenBalise("LinkedDocs");
-    writeBalise("NBElements", count);
+    writeOpenBalise(QELElement::LinkedDocs);
+    writeBalise(QELElement::NBElements, count);
     // The document shown on a drawing's active sheet comes first. When no
     // entry stands at that place (every item skipped) there is nothing to
     // put first.
@@ -567,8 +566,8 @@ void QELDMToXML::writeLinkedDocumentList(QELDocument* document, const TYPVectorC
     for (size_t i = 0; i < entries.size(); ++i) {
         if (!(hasFirst && i == active)) writeEntry(entries[i]);
     }
-    if (!context.IsNull()) writeBalise(kAttribut, context, "", 0);
-    writeCloseBalise("LinkedDocs");
+    if (!context.IsNull()) writeBalise(QELElement::Attribut, context, "", 0);
+    writeCloseBalise(QELElement::LinkedDocs);
 }
 
 // ---- sheets ----------------------------------------------------------------
@@ -579,9 +578,9 @@ void QELDMToXML::writeSheetsForDrawing(QELDocument* document) {
     CV5CAAQELDocument* host = hostDocument(document);
     const TYPVectorCATUnicodeString* sheets = host ? host->getSheetsNames() : nullptr;
     if (!sheets) return;
-    writeOpenBalise("Sheets");
-    writeBalise("Active_Sheet", host->getDWActiveSheet(), "", 0);
-    writeBalise("NBElements", sheets->size());
-    for (const CATUnicodeString& sheet : *sheets) writeBalise(kAttribut, sheet, "", 0);
-    writeCloseBalise("Sheets");
+    writeOpenBalise(QELElement::Sheets);
+    writeBalise(QELElement::Active_Sheet, host->getDWActiveSheet(), "", 0);
+    writeBalise(QELElement::NBElements, sheets->size());
+    for (const CATUnicodeString& sheet : *sheets) writeBalise(QELElement::Attribut, sheet, "", 0);
+    writeCloseBalise(QELElement::Sheets);
 }

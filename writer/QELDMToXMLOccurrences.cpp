@@ -14,6 +14,7 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELAbsoluteView.h"
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 #include "QELLink.h"
 #include "QELLookups.h"
 #include "QELRelativeOccurrence.h"
@@ -103,8 +104,8 @@ CATUnicodeString QELDMToXML::getContextFileName(QELItem* context) {
 
 void QELDMToXML::writeAttributList(const CATUnicodeString& element, const TYPVectorCATUnicodeString& values) {
     writeOpenBalise(element);
-    writeBalise("NBElements", values.size());
-    for (const CATUnicodeString& value : values) writeBalise("Attribut", value, "", 0);
+    writeBalise(QELElement::NBElements, values.size());
+    for (const CATUnicodeString& value : values) writeBalise(QELElement::Attribut, value, "", 0);
     writeCloseBalise(element);
 }
 
@@ -117,7 +118,7 @@ void QELDMToXML::writeRelativeMatrix(QELRelativeOccurrence* relative, unsigned c
     }
     std::string matrix;
     if (isAbsolute) getMatrixString(relative->getMatrixProperty("RelativeMatrix"), matrix);
-    writeBalise("Matrix", CATUnicodeString(matrix), "", 1);
+    writeBalise(QELElement::Matrix, CATUnicodeString(matrix), "", 1);
 }
 
 void QELDMToXML::writeAbsoluteMatrix(QELAbsoluteOccurrence* occurrence, unsigned char isAbsolute) {
@@ -144,15 +145,15 @@ void QELDMToXML::writeAbsoluteMatrix(QELAbsoluteOccurrence* occurrence, unsigned
     }
     if (pairs.empty()) return;
 
-    writeOpenBalise("AbsoluteMatrix");
-    writeBalise("NBElements", static_cast<int>(pairs.size()));
+    writeOpenBalise(QELElement::AbsoluteMatrix);
+    writeBalise(QELElement::NBElements, static_cast<int>(pairs.size()));
     for (const auto& pair : pairs) {
-        writeOpenBalise("Element");
-        writeBalise("Context", pair.first, "", 0);
-        writeBalise("Matrix", pair.second, "", 0);
-        writeCloseBalise("Element");
+        writeOpenBalise(QELElement::Element);
+        writeBalise(QELElement::Context, pair.first, "", 0);
+        writeBalise(QELElement::Matrix, pair.second, "", 0);
+        writeCloseBalise(QELElement::Element);
     }
-    writeCloseBalise("AbsoluteMatrix");
+    writeCloseBalise(QELElement::AbsoluteMatrix);
 }
 
 void QELDMToXML::writeVisibility(QELAbsoluteOccurrence* occurrence) {
@@ -178,15 +179,15 @@ void QELDMToXML::writeVisibility(QELAbsoluteOccurrence* occurrence) {
         }
     }
     if (!pairs.empty()) {
-        writeOpenBalise("VisibleOverrides");
-        writeBalise("NBElements", static_cast<int>(pairs.size()));
+        writeOpenBalise(QELElement::VisibleOverrides);
+        writeBalise(QELElement::NBElements, static_cast<int>(pairs.size()));
         for (const auto& pair : pairs) {
-            writeOpenBalise("Visible");
+            writeOpenBalise(QELElement::Visible);
             writeValue(pair.first);
             writeValue(pair.second == "TRUE" ? 1 : 0);
-            writeCloseBalise("Visible");
+            writeCloseBalise(QELElement::Visible);
         }
-        writeCloseBalise("VisibleOverrides");
+        writeCloseBalise(QELElement::VisibleOverrides);
     }
     JNLManager::endFunction(function, -1);
 }
@@ -196,7 +197,7 @@ void QELDMToXML::writeScenes(QELComponent* component, QELDocument* document) {
     JNLManager::beginFunction(function);
     CV5CAAQELDocument* host = hostDocument(document);
     if (scenesManaged() && component && component->isWorkSpace() && host && !host->getScenesNames().empty()) {
-        writeAttributList("Scenes", host->getScenesNames());
+        writeAttributList(QELElement::Scenes, host->getScenesNames());
     }
     JNLManager::endFunction(function, -1);
 }
@@ -207,25 +208,25 @@ void QELDMToXML::writeScenesOverrides(QELAbsoluteOccurrence* occurrence) {
     CV5CAAQELAbsoluteOccurrence* host = hostOccurrence(occurrence);
     if (scenesManaged() && host && !host->getScenesContexts().empty()) {
         const TYPVectorPCV5CAAQELScene& scenes = host->getScenesContexts();
-        writeOpenBalise("ScenesOverrides");
-        writeBalise("NBElements", scenes.size());
+        writeOpenBalise(QELElement::ScenesOverrides);
+        writeBalise(QELElement::NBElements, scenes.size());
         for (const CV5CAAQELScene* scene : scenes) {
             // A null entry answers nothing but keeps its place, so that the
             // count stays true.
-            writeOpenBalise("SceneOverride");
+            writeOpenBalise(QELElement::SceneOverride);
             writeValue(scene ? scene->getNameScene() : CATUnicodeString());
             writeValue(CATUnicodeString(sceneShowLine(scene ? scene->getHideScene() : CATUnicodeString())));
             writeValue(scene ? scene->getMatrixScene() : CATUnicodeString());
-            writeCloseBalise("SceneOverride");
+            writeCloseBalise(QELElement::SceneOverride);
         }
-        writeCloseBalise("ScenesOverrides");
+        writeCloseBalise(QELElement::ScenesOverrides);
     }
     JNLManager::endFunction(function, -1);
 }
 
 void QELDMToXML::writeSkippedOccList(QELComponent* component) {
     const TYPVectorCATUnicodeString* skipped = component ? component->getStringArrayProperty("VtSkipped") : nullptr;
-    if (skipped && !skipped->empty()) writeAttributList("VTSkippedOcc", *skipped);
+    if (skipped && !skipped->empty()) writeAttributList(QELElement::VTSkippedOcc, *skipped);
 }
 
 void QELDMToXML::writeShape(QELDocument* document, QELComponent* component) {
@@ -240,16 +241,16 @@ void QELDMToXML::writeShape(QELDocument* document, QELComponent* component) {
     TYPMapCATUnicodeStringPVoid* occurrences = document->getLinkedComponentAbsoluteOccurrences();
     const int total = component->getIntegerProperty("totalComponent");
     if (!occurrences || occurrences->empty() || total <= 0) return;
-    writeOpenBalise("Components");
+    writeOpenBalise(QELElement::Components);
     // The PDM side sizes its list by the total, not by what follows.
-    writeBalise("NBElements", total);
+    writeBalise(QELElement::NBElements, total);
     for (const auto& entry : *occurrences) {
         auto* occurrence = static_cast<QELAbsoluteOccurrence*>(entry.object);
         if (occurrence && occurrence->getBooleanProperty("HasComponentShapeRep")) {
             writeComponentShapeRepresentations(occurrence);
         }
     }
-    writeCloseBalise("Components");
+    writeCloseBalise(QELElement::Components);
 }
 
 void QELDMToXML::writeAlternateShapeRepresentations(QELDocument* document) {
@@ -274,7 +275,7 @@ void QELDMToXML::writeComponentShapeRepresentations(QELAbsoluteOccurrence* occur
         JNLManager::writeMsgFormatted("%s: ip_occurrence is NULL", function);
         return;
     }
-    writeBalise("ComponentName", occurrence->getStringProperty("ComponentName"), "", 0);
+    writeBalise(QELElement::ComponentName, occurrence->getStringProperty("ComponentName"), "", 0);
     std::unique_ptr<TYPVectorPQELLink> links(occurrence->getLinkedComponentShapeRepresentations());
     if (!links) {
         JNLManager::writeMsgFormatted("%s : getLinkedComponentShapeRepresentations returns NULL", function);
@@ -288,15 +289,15 @@ void QELDMToXML::writeComponentShapeRepresentations(QELAbsoluteOccurrence* occur
 void QELDMToXML::writeShapeList(const TYPVectorPQELLink& links, const char* function) {
     // The list goes out in one piece: lines are left in the buffer and the
     // closing tag flushes them all.
-    writeFormatted(false, "<%s>\n", "Shapes");
-    writeFormatted(false, "<%s>\n%d\n</%s>\n", "NBElements", links.size(), "NBElements");
+    writeFormatted(false, "<%s>\n", QELElement::Shapes);
+    writeFormatted(false, "<%s>\n%d\n</%s>\n", QELElement::NBElements, links.size(), QELElement::NBElements);
     for (const QELLink* link : links) {
         const QELComponent* secondary = link ? link->get_Secondary() : nullptr;
         if (!secondary) {
             JNLManager::writeMsgFormatted("%s : Linked shape document is NULL", function);
             continue;
         }
-        writeFormatted(false, "<%s>\n", "SR");
+        writeFormatted(false, "<%s>\n", QELElement::SR);
         // The PDM side reads the SR block by line position; its blank first
         // line is part of that layout.
         writeFormatted(false, "\n%s\n", secondary->getStringProperty("ShortFileName").ConvertToChar());
@@ -304,21 +305,21 @@ void QELDMToXML::writeShapeList(const TYPVectorPQELLink& links, const char* func
         writeFormatted(false, "%s\n", secondary->getStringProperty("DST_UID").ConvertToChar());
         writeFormatted(false, "%s\n", secondary->getStringProperty("NamedRef_UID").ConvertToChar());
         writeFormatted(false, "%s\n", secondary->getBooleanProperty("Modified_Flag") ? "true" : "false");
-        writeFormatted(false, "</%s>\n", "SR");
+        writeFormatted(false, "</%s>\n", QELElement::SR);
     }
-    writeFormatted(true, "</%s>\n", "Shapes");
+    writeFormatted(true, "</%s>\n", QELElement::Shapes);
 }
 
 void QELDMToXML::writeMappingInst(QELRelativeOccurrence* relative) {
     if (!relative || !ENVManager::manageOccmappVtproperties()) return;
     const TYPVectorCATUnicodeString* mapping = relative->getDynamicProperty("Mapping_Inst_CATIA");
     if (!mapping || mapping->empty()) return;
-    writeOpenBalise("Mapping_Inst");
-    writeBalise("NBElements", mapping->size());
+    writeOpenBalise(QELElement::Mapping_Inst);
+    writeBalise(QELElement::NBElements, mapping->size());
     // Names and values alternate, one Attribut each, as the count says; an
     // empty value keeps its element so that the pairs stay aligned.
-    for (const CATUnicodeString& text : *mapping) writeBalise("Attribut", text, "", 1);
-    writeCloseBalise("Mapping_Inst");
+    for (const CATUnicodeString& text : *mapping) writeBalise(QELElement::Attribut, text, "", 1);
+    writeCloseBalise(QELElement::Mapping_Inst);
 }
 
 void QELDMToXML::writeActiveShape(QELComponent* component) {
@@ -328,7 +329,7 @@ void QELDMToXML::writeActiveShape(QELComponent* component) {
     }
     // Same form as the answer's ActivateShapes list, which the reader takes
     // back as (shape, value) pairs of Attribut elements.
-    if (!isComp(component)) writeDescDynamicProperties("ActivateShapes", "Attribut", 0, component);
+    if (!isComp(component)) writeDescDynamicProperties(QELElement::ActivateShapes, QELElement::Attribut, 0, component);
 }
 
 void QELDMToXML::writeDefaultShape(QELComponent* component) {
@@ -336,7 +337,8 @@ void QELDMToXML::writeDefaultShape(QELComponent* component) {
         JNLManager::writeMsg("QELDMToXML::writeDefaultShape: ip_component is NULL");
         return;
     }
-    if (!isComp(component)) writeDescDynamicProperties("DefaultShapeForCache", "Attribut", 0, component);
+    if (!isComp(component))
+        writeDescDynamicProperties(QELElement::DefaultShapeForCache, QELElement::Attribut, 0, component);
 }
 
 void QELDMToXML::writeDescDynamicProperties(const CATUnicodeString& listName, const CATUnicodeString& itemName,
@@ -349,7 +351,8 @@ void QELDMToXML::writeDescDynamicProperties(const CATUnicodeString& listName, co
 
     // Lines stay in the buffer until the closing tag flushes the whole list.
     writeFormatted(false, "<%s>\n", list);
-    writeFormatted(false, "<%s>\n%d\n</%s>\n", "NBElements", paired ? count / 2 : count, "NBElements");
+    writeFormatted(false, "<%s>\n%d\n</%s>\n", QELElement::NBElements, paired ? count / 2 : count,
+                   QELElement::NBElements);
     if (paired) {
         // A trailing name without its value is not counted and not written.
         for (int i = 0; i + 1 < count; i += 2) {

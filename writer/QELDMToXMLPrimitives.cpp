@@ -1,6 +1,7 @@
 // XML output primitives and header of the description writer.
 
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 
 #include <unistd.h>
 
@@ -201,7 +202,7 @@ void QELDMToXML::writeOpenBalise(const char* name) {
     writeLine("<", name, ">\r\n");
     // Counted even when the stream failed: the end-of-export check compares
     // what the traversal opened with what the header announced.
-    if (std::strcmp(name, "Item_Info") == 0) ++_writtenItems;
+    if (std::strcmp(name, QELElement::Item_Info) == 0) ++_writtenItems;
 }
 
 void QELDMToXML::writeCloseBalise(const char* name) { writeLine("</", name, ">\r\n"); }
@@ -257,26 +258,26 @@ void QELDMToXML::getMatrixString(const double* matrix, std::string& out) {
 
 void QELDMToXML::writeHeader(int numberOfElements, QELSession* session) {
     writeFormatted(true, "%s\n", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>");
-    writeOpenBalise("DESCFILE");
-    writeOpenBalise("Options");
+    writeOpenBalise(QELElement::DESCFILE);
+    writeOpenBalise(QELElement::Options);
 
     // The one leaf with two value lines.
-    writeOpenBalise("CATIAEnvironment");
+    writeOpenBalise(QELElement::CATIAEnvironment);
     writeValue(ENVManager::getCatiaEnvironmentName());
     writeValue(ENVManager::getCatiaFullVersion());
-    writeCloseBalise("CATIAEnvironment");
+    writeCloseBalise(QELElement::CATIAEnvironment);
 
     // A question never asked saves the design tables: that is the default.
     const bool asked = session && session->getBooleanProperty("IsDesignTableManagedAsked");
     const bool managed = session && session->getBooleanProperty("IsDesignTableManaged");
     if (!asked)
         EMHManager::writeMsg("QELDMToXML::writeHeader", 2103, "CteQELSES_PROPERTY_IS_DESIGNTABLES_MANAGED_ASKED");
-    writeBalise("SaveDesignTables", asked && !managed ? "0" : "1", "", 1);
+    writeBalise(QELElement::SaveDesignTables, asked && !managed ? "0" : "1", "", 1);
 
     CV5CAAQELSession* host = CV5CAAQELSession::getCATIASessionInstance();
     if (host && host->getSaveAllSheetsInOneFileValue() && PROCManager::isPhasePhase1() &&
         host->get_is_there_drawing())
-        writeBalise("Single_Files", ENVManager::catiaVectorialExtensions(), "", 1);
+        writeBalise(QELElement::Single_Files, ENVManager::catiaVectorialExtensions(), "", 1);
 
     if (PROCManager::isProcessStateDetails()) {
         CATUnicodeString fileName;
@@ -284,11 +285,11 @@ void QELDMToXML::writeHeader(int numberOfElements, QELSession* session) {
             CATUnicodeString directory, name;
             if (UTILFile::splitPathAndFileName(active->StorageName(), directory, name) == 0) fileName = name;
         }
-        writeBalise("Context", fileName, "", 1);
+        writeBalise(QELElement::Context, fileName, "", 1);
     }
 
-    writeCloseBalise("Options");
-    writeBalise("NBElements", numberOfElements);
+    writeCloseBalise(QELElement::Options);
+    writeBalise(QELElement::NBElements, numberOfElements);
     _declaredElements = numberOfElements;
 }
 
@@ -297,7 +298,7 @@ void QELDMToXML::writeMAJ(QELComponent* component) {
         JNLManager::writeMsg("QELDMToXML::writeMAJ: ip_component is NULL");
         return;
     }
-    writeBalise("MAJ", component->getIntegerProperty("MAJ"));
+    writeBalise(QELElement::MAJ, component->getIntegerProperty("MAJ"));
 }
 
 void QELDMToXML::writeModifiedFlag(QELComponent* component) {
@@ -305,7 +306,7 @@ void QELDMToXML::writeModifiedFlag(QELComponent* component) {
         JNLManager::writeMsg("QELDMToXML::writeModifiedFlag: ip_component is NULL");
         return;
     }
-    writeBalise("Modified_Flag", component->getIntegerProperty("Modified_Flag"));
+    writeBalise(QELElement::Modified_Flag, component->getIntegerProperty("Modified_Flag"));
 }
 
 void QELDMToXML::writeCheckAction(QELComponent* component) {
@@ -313,7 +314,7 @@ void QELDMToXML::writeCheckAction(QELComponent* component) {
         JNLManager::writeMsg("QELDMToXML::writeCheckAction: ip_component is NULL");
         return;
     }
-    writeBalise("Check_Action", component->getIntegerProperty("Check_Action"));
+    writeBalise(QELElement::Check_Action, component->getIntegerProperty("Check_Action"));
 }
 
 void QELDMToXML::writeMatrixAction(QELComponent* component, unsigned char write) {
@@ -321,7 +322,7 @@ void QELDMToXML::writeMatrixAction(QELComponent* component, unsigned char write)
         JNLManager::writeMsg("QELDMToXML::writeMatrixAction: ip_component is NULL");
         return;
     }
-    if (write) writeBalise("Matrix_Action", component->getIntegerProperty("Matrix_Action"));
+    if (write) writeBalise(QELElement::Matrix_Action, component->getIntegerProperty("Matrix_Action"));
 }
 
 void QELDMToXML::writePointerAddress(QELComponent* component) {
@@ -329,5 +330,5 @@ void QELDMToXML::writePointerAddress(QELComponent* component) {
         JNLManager::writeMsg("QELDMToXML::writePointerAddress: ip_component is NULL");
         return;
     }
-    writeBalise("POINTER_ADDRESS", component);
+    writeBalise(QELElement::POINTER_ADDRESS, component);
 }

@@ -14,6 +14,7 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELDMToXML.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELFile.h"
 #include "QELItem.h"
 #include "QELLink.h"
@@ -32,7 +33,6 @@ using QELLookups::isBroken;
 
 namespace {
 
-const char* const kItemInfo = "Item_Info";
 
 bool isSaveCommand() {
     return PROCManager::isCommandSave() || PROCManager::isCommandSaveAs() || PROCManager::isCommandSaveSelected();
@@ -103,15 +103,15 @@ bool gatherForWorkSpace(QELWorkSpace* workspace, QELDocument* catalogDocument, B
 
 const char* fileTypeElement(EnumDocumentType type) {
     switch (type) {
-    case EnumDocumentType_Product: return "CATProduct";
-    case EnumDocumentType_Part: return "CATPart";
-    case EnumDocumentType_Drawing: return "CATDrawing";
-    case EnumDocumentType_Process: return "CATProcess";
-    case EnumDocumentType_Analysis: return "CATAnalysis";
-    case EnumDocumentType_Model: return "CATModel";
-    case EnumDocumentType_DesignTable: return "DesignTable";
-    case EnumDocumentType_Catalog: return "catalog";
-    default: return "Unknown";
+    case EnumDocumentType_Product: return QELElement::CATProduct;
+    case EnumDocumentType_Part: return QELElement::CATPart;
+    case EnumDocumentType_Drawing: return QELElement::CATDrawing;
+    case EnumDocumentType_Process: return QELElement::CATProcess;
+    case EnumDocumentType_Analysis: return QELElement::CATAnalysis;
+    case EnumDocumentType_Model: return QELElement::CATModel;
+    case EnumDocumentType_DesignTable: return QELElement::DesignTable;
+    case EnumDocumentType_Catalog: return QELElement::catalog;
+    default: return QELElement::Unknown;
     }
 }
 
@@ -173,8 +173,8 @@ void QELDMToXML::writeDesc(QELComponent* component, QELSession* session, QELDocu
 
 void QELDMToXML::writeBaliseFileType(QELDocument* document, int flag, QELComponent* component) {
     // A broken icon's document cannot be read, so its type is not known.
-    const CATUnicodeString name =
-        isBroken(component) ? "Unknown" : fileTypeElement(document ? document->getType() : EnumDocumentType_Unset);
+    const EnumDocumentType type = document ? document->getType() : EnumDocumentType_Unset;
+    const CATUnicodeString name = isBroken(component) ? QELElement::Unknown : fileTypeElement(type);
     if (flag == 1)
         writeOpenBalise(name);
     else
@@ -228,10 +228,10 @@ void QELDMToXML::writeVersionOrNamedRef(QELDocument* document, QELComponent* com
 void QELDMToXML::writeDesignTableSummaries(QELComponent* component, QELDocument* document) {
     // A "COMP" is described by its components' documents, not its own.
     if (component && component->getStringProperty("Type") == "COMP") return;
-    writeDescDesignTableFile("DT_Files", document);
-    writeDescDesignTableSheets("DT_Sheets", document);
-    writeDescDesignTableCfgs("DT_Cfgs", document);
-    writeDescDesignTableMap("DT_Map", document);
+    writeDescDesignTableFile(QELElement::DT_Files, document);
+    writeDescDesignTableSheets(QELElement::DT_Sheets, document);
+    writeDescDesignTableCfgs(QELElement::DT_Cfgs, document);
+    writeDescDesignTableMap(QELElement::DT_Map, document);
 }
 
 // ---- save, phase 1 (and synchronise active shapes) -----------------------------
@@ -247,7 +247,7 @@ void QELDMToXML::writeDescForSavePhase1(unsigned char isAbsolute, QELSession* se
         flatteningModifiedFlag(session, component, item, document, flattening, writeMapping, mappingComponent);
 
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(component);
     writeInstanceName(component);
     writeOCCUID(component);
@@ -274,7 +274,7 @@ void QELDMToXML::writeDescForSavePhase1(unsigned char isAbsolute, QELSession* se
     if (!isBroken(component)) writeFileVersion(file);
     writeCheckAction(component);
     writeMAJ(component);
-    writeBalise("Modified_Flag", modified);
+    writeBalise(QELElement::Modified_Flag, modified);
     writeDocUUID(document);
     writeScenes(component, document);
     if (writeMapping) writeMappingAttributes(mappingComponent, document);
@@ -283,10 +283,10 @@ void QELDMToXML::writeDescForSavePhase1(unsigned char isAbsolute, QELSession* se
     writeSkippedOccList(component);
     writeLinkedDocuments(component, document, 1);
     writeDesignTableSummaries(component, document);
-    writeSecondariesAttributes("secondaries", "secondary", document);
+    writeSecondariesAttributes(QELElement::secondaries, QELElement::secondary, document);
     writeShape(document, component);
     writeMask(component);
-    writeCloseBalise(kItemInfo);
+    writeCloseBalise(QELElement::Item_Info);
     // The workspace's configuration belongs to the workspace, not to its
     // root document's block.
     if (QELWorkSpace* workspace = isAbsolute ? nullptr : asWorkSpace(component)) writeConfiguration(workspace);
@@ -302,7 +302,7 @@ void QELDMToXML::writeDescForSavePhase2(unsigned char isAbsolute, QELSession* /*
                                         QELDocument* /*parentDocument*/, QELFile* /*parentFile*/) {
     QELAbsoluteOccurrence* occurrence = asOccurrence(component);
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(component);
     writeActiveShape(component);
     writeDefaultShape(component);
@@ -312,7 +312,7 @@ void QELDMToXML::writeDescForSavePhase2(unsigned char isAbsolute, QELSession* /*
     writeScenesOverrides(occurrence);
     writeMappingInst(relative);
     writeComposites(document, component);
-    writeCloseBalise(kItemInfo);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(document, 2, component);
 }
 
@@ -329,7 +329,7 @@ void QELDMToXML::writeDescForImport(unsigned char isAbsolute, QELSession* sessio
     QELAbsoluteOccurrence* occurrence = asOccurrence(component);
 
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(component);
     writeInstanceName(component);
     writeOCCUID(component);
@@ -355,11 +355,11 @@ void QELDMToXML::writeDescForImport(unsigned char isAbsolute, QELSession* sessio
     writeFileVersion(file);
     writeCheckAction(component);
     writeMAJ(component);
-    writeBalise("Modified_Flag", modified);
+    writeBalise(QELElement::Modified_Flag, modified);
     writeDocUUID(document);
     if (writeMapping) {
         if (isCatalogComponent(item, document))
-            writeDynamicAttributesForImportCompCatalog("Mapping_Attribut", mappingComponent, document);
+            writeDynamicAttributesForImportCompCatalog(QELElement::Mapping_Attribut, mappingComponent, document);
         else if (document && document->getType() == EnumDocumentType_Drawing)
             writeMappingAttributesForDrawingOnImport(mappingComponent, document);
         else
@@ -378,10 +378,10 @@ void QELDMToXML::writeDescForImport(unsigned char isAbsolute, QELSession* sessio
     writeVisibility(occurrence);
     writeScenes(component, document);
     writeScenesOverrides(occurrence);
-    writeSecondariesAttributes("secondaries", "secondary", document);
+    writeSecondariesAttributes(QELElement::secondaries, QELElement::secondary, document);
     writeExternalFiles(document);
     writeComposites(document, component);
-    writeCloseBalise(kItemInfo);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(document, 2, component);
 }
 
@@ -400,7 +400,7 @@ void QELDMToXML::writeDescForCreateSpreadSheet(unsigned char isAbsolute, QELSess
         flatteningModifiedFlag(session, component, item, document, flattening, writeMapping, mappingComponent);
 
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writeInstanceName(component);
     writeParentPartNumber(parentItem, isAbsolute);
     writeParentInstanceName(parent, isAbsolute);
@@ -420,11 +420,11 @@ void QELDMToXML::writeDescForCreateSpreadSheet(unsigned char isAbsolute, QELSess
     writeFileName(file, component);
     writeFileVersion(file);
     writeMAJ(component);
-    writeBalise("Modified_Flag", modified);
+    writeBalise(QELElement::Modified_Flag, modified);
     writeDocUUID(document);
     if (writeMapping) writeOEMMappingAttributes(mappingComponent, document);
     writeLinkedDocumentsForSpreadSheet(component, document);
-    writeCloseBalise(kItemInfo);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(document, 2, component);
 }
 
@@ -434,7 +434,7 @@ void QELDMToXML::writeDescForStateDetails(unsigned char isAbsolute, QELSession* 
                                           QELComponent* component, QELItem* item, QELDocument* document,
                                           QELFile* file) {
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(component);
     writeInstanceName(component);
     writeMatrixAction(component, isAbsolute);
@@ -450,7 +450,7 @@ void QELDMToXML::writeDescForStateDetails(unsigned char isAbsolute, QELSession* 
     writeModifiedFlag(component);
     if (PROCManager::isProcessStateDetails()) writeIsDocSelected(document);
     writeCATIAMappingAttributes(component, document);
-    writeCloseBalise(kItemInfo);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(document, 2, component);
     writeAllSecondariesForStateDetail(document, component);
 }
@@ -480,24 +480,24 @@ void QELDMToXML::writeSecondaryForStateDetail(QELDocument* secondary, QELDocumen
     QELFile* file = firstFile(secondary);
 
     writeBaliseFileType(secondary, 1, secondary);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(secondary);
-    writeBalise("InstanceName", shown, secondary->get_Name(), 0);
-    writeBalise("Part_Number", secondary->getStringProperty("Part_Number"), "", 0);
+    writeBalise(QELElement::InstanceName, shown, secondary->get_Name(), 0);
+    writeBalise(QELElement::Part_Number, secondary->getStringProperty("Part_Number"), "", 0);
     writeDatasetUID(secondary, secondary);
     writeVersionOrNamedRef(secondary, secondary, false);
     if (file)
         writeFileName(file, secondary);
     else
-        writeBalise("File_Name", shown, "", 0);
+        writeBalise(QELElement::File_Name, shown, "", 0);
     // A secondary belongs to the catalog its primary comes from.
-    if (isCatalogComponent(nullptr, primary)) writeBalise("Type", "CatalogComp", "", 0);
+    if (isCatalogComponent(nullptr, primary)) writeBalise(QELElement::Type, "CatalogComp", "", 0);
     if (file)
         writeFileVersion(file);
     else
-        writeBalise("File_Version", QELUtilities::getFileExtension(shown), "", 0);
-    writeBalise("Modified_Flag", secondary->getBooleanProperty("Modified_Flag") ? 1 : 0);
-    writeCloseBalise(kItemInfo);
+        writeBalise(QELElement::File_Version, QELUtilities::getFileExtension(shown), "", 0);
+    writeBalise(QELElement::Modified_Flag, secondary->getBooleanProperty("Modified_Flag") ? 1 : 0);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(secondary, 2, secondary);
 }
 
@@ -509,7 +509,7 @@ void QELDMToXML::writeDescForLifeCycle(unsigned char isAbsolute, QELSession* /*s
     // reference after it.
     const bool neverStored = document && document->getStringProperty("Dat_File_Version") == "0";
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(component);
     writeInstanceName(component);
     writeMatrixAction(component, isAbsolute);
@@ -524,8 +524,8 @@ void QELDMToXML::writeDescForLifeCycle(unsigned char isAbsolute, QELSession* /*s
     writeCheckAction(component);
     writeMAJ(component);
     writeCATIAMappingAttributes(component, document);
-    writeSecondariesAttributes("secondaries", "secondary", document);
-    writeCloseBalise(kItemInfo);
+    writeSecondariesAttributes(QELElement::secondaries, QELElement::secondary, document);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(document, 2, component);
 }
 
@@ -536,7 +536,7 @@ void QELDMToXML::writeDescForBRR(unsigned char isAbsolute, QELSession* /*session
                                  QELRelativeOccurrence* relative, QELComponent* parent, QELItem* parentItem,
                                  QELDocument* parentDocument, QELFile* parentFile) {
     writeBaliseFileType(document, 1, component);
-    writeOpenBalise(kItemInfo);
+    writeOpenBalise(QELElement::Item_Info);
     writePointerAddress(component);
     writeInstanceName(component);
     writeOCCUID(component);
@@ -575,9 +575,9 @@ void QELDMToXML::writeDescForBRR(unsigned char isAbsolute, QELSession* /*session
     writeActiveShape(component);
     writeDefaultShape(component);
     writeAbsoluteMatrix(asOccurrence(component), isAbsolute);
-    writeSecondariesAttributes("secondaries", "secondary", document);
+    writeSecondariesAttributes(QELElement::secondaries, QELElement::secondary, document);
     writeComposites(document, component);
-    writeCloseBalise(kItemInfo);
+    writeCloseBalise(QELElement::Item_Info);
     writeBaliseFileType(document, 2, component);
 }
 
@@ -597,13 +597,13 @@ long QELDMToXML::writeDescForUpdateStatus(TYPVectorPCV5CAAQELDocument* documents
         // The document stands for its own component: the host names no
         // occurrence here.
         writeBaliseFileType(document, 1, document);
-        writeOpenBalise(kItemInfo);
+        writeOpenBalise(QELElement::Item_Info);
         TYPMapCATUnicodeStringPVoid* parents = document->getLinkedItems("LINKNAME_PARENT");
         QELItem* item = asItem(parents ? static_cast<QELComponent*>(parents->first()) : nullptr);
         if (!item) {
             // The export stops at a document without an item; the block is
             // closed so that what was written stays well formed.
-            writeCloseBalise(kItemInfo);
+            writeCloseBalise(QELElement::Item_Info);
             writeBaliseFileType(document, 2, document);
             return QEL_E_FAIL;
         }
@@ -614,8 +614,8 @@ long QELDMToXML::writeDescForUpdateStatus(TYPVectorPCV5CAAQELDocument* documents
         if (file) writeFileName(file, document);
         writeDatasetUID(document, document);
         writeItemRevUID(item, document);
-        writeSecondariesAttributes("secondaries", "secondary", document);
-        writeCloseBalise(kItemInfo);
+        writeSecondariesAttributes(QELElement::secondaries, QELElement::secondary, document);
+        writeCloseBalise(QELElement::Item_Info);
         writeBaliseFileType(document, 2, document);
     }
     return 0;
