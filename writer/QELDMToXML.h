@@ -107,6 +107,8 @@ private:
     // empty for a null matrix.
     static void getMatrixString(const double* matrix, std::string& out);
     void writeHeader(int numberOfElements, QELSession* session);
+    // Closes the root and the file and makes the count check (error 2104).
+    void finishDescription(const char* function);
 
     void writeMAJ(QELComponent* component);
     void writeModifiedFlag(QELComponent* component);
@@ -114,20 +116,21 @@ private:
     void writeMatrixAction(QELComponent* component, unsigned char write);
     void writePointerAddress(QELComponent* component);
 
-    // ---- driver (QELDMToXMLDriver.cpp) ---------------------------------
+    // ---- entries (QELDMToXMLDriver.cpp) --------------------------------
+    // One `doc` block of the status-window and catalog-browser lists.
+    void writeDocEntry(QELDocument* document, const CATUnicodeString& revuid);
+
+    // ---- the ordinary traversal (QELDMToXMLAssembly.cpp) ------------------
     void executeForNonCatalogWorkSpace(QELSession* session);
     int getNumberOfObjectsInWsp(QELWorkSpace* workspace);
     void writeDescAssemblyAbsoluteOccurrences(QELWorkSpace* workspace, QELSession* session, unsigned char flattening);
     void recurseOnAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, unsigned char flattening);
-    // The children of an occurrence in ascending "IndiceOfAbsolute".
+    // The children of an occurrence in ascending "IndiceOfAbsolute"; a new
+    // vector, which the caller deletes (null without children).
     static TYPVectorPQELAbsoluteOccurrence* getOrderedChildren(QELAbsoluteOccurrence* occurrence);
+    // The workspace opened on the document, else the occurrence of the item
+    // it belongs to; owned by the model, valid while the model is.
     QELComponent* getMasterComponent(QELDocument* document);
-    static void merge(TYPVectorPQELLink*& into, TYPVectorPQELLink* from);
-    long writeConfiguration(QELWorkSpace* workspace);
-    // Closes the root and the file and makes the count check (error 2104).
-    void finishDescription(const char* function);
-    // One `doc` block of the status-window and catalog-browser lists.
-    void writeDocEntry(QELDocument* document, const CATUnicodeString& revuid);
 
     // ---- catalog traversals (QELDMToXMLCatalog.cpp) ----------------------
     void executeForCatalogWorkSpace(QELSession* session);
@@ -173,9 +176,6 @@ private:
                          QELDocument* document, QELFile* file, QELRelativeOccurrence* relative, QELComponent* parent,
                          QELItem* parentItem, QELDocument* parentDocument, QELFile* parentFile);
     long writeDescForUpdateStatus(TYPVectorPCV5CAAQELDocument* documents);
-    // flag 1 opens the element named after the document's type, any other
-    // value closes it; "Unknown" for a broken icon.
-    void writeBaliseFileType(QELDocument* document, int flag, QELComponent* component);
     // The modified state of a block in a flattening export; answers whether
     // the mapping attributes are to be written and with which component.
     int flatteningModifiedFlag(QELSession* session, QELComponent* component, QELItem* item, QELDocument* document,
@@ -194,6 +194,9 @@ private:
     std::unordered_set<const QELComponent*> _secondariesWritten;
 
     // ---- leaf and list writers (QELDMToXMLFields.cpp) ----------------------
+    // flag 1 opens the element named after the document's type, any other
+    // value closes it; "Unknown" for a broken icon.
+    void writeBaliseFileType(QELDocument* document, int flag, QELComponent* component);
     void writeItemID(QELItem* item, QELComponent* component);
     void writeItemRevID(QELItem* item);
     void writeItemRevUID(QELItem* item, QELComponent* component);
@@ -241,6 +244,10 @@ private:
                                  const CATUnicodeString& context, unsigned char withUuid);
     void writeLinkedDocumentsForSpreadSheet(QELComponent* component, QELDocument* document);
     void writeSheetsForDrawing(QELDocument* document);
+    long writeConfiguration(QELWorkSpace* workspace);
+    // Adds to `into` the links of `from` whose secondary it does not name yet
+    // (names compared ignoring letter case); `into` keeps its own vector.
+    static void merge(TYPVectorPQELLink*& into, TYPVectorPQELLink* from);
 
     // ---- assembly occurrence description (QELDMToXMLOccurrences.cpp) --------
     void writeRelativeMatrix(QELRelativeOccurrence* relative, unsigned char isAbsolute);

@@ -28,13 +28,10 @@
 #include "QELSession.h"
 #include "QELWorkSpace.h"
 
+using QELDMToXMLTraversal::flatteningOf;
 using QELDMToXMLTraversal::isLeftOut;
 
 namespace {
-
-unsigned char flatteningOf(const QELSession* session) {
-    return session && session->hasFlatteningWorkspace() ? 1 : 0;
-}
 
 // The document a node stands for: a workspace's root document, or the first
 // document of an occurrence's item.

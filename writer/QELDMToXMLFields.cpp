@@ -1,5 +1,6 @@
 // Leaf and list writers of a document block: one element each, from one
-// property of the item, document, file or component that the block describes.
+// property of the item, document, file or component that the block describes,
+// and the element named after the document's type that frames the block.
 
 #include <memory>
 #include <string>
@@ -19,7 +20,9 @@
 #include "QELItem.h"
 #include "QELLink.h"
 #include "QELLookups.h"
+#include "QELStatus.h"
 #include "QELUtilities.h"
+#include "QELWorkSpace.h"
 
 using QELLookups::hostDocument;
 using QELLookups::hostItem;
@@ -91,7 +94,41 @@ TYPVectorCATUnicodeString* mappingList(QELDocument* document, const char* proper
     return document->getDynamicProperty(property);
 }
 
+// The key under which two names are the same for merge: equal when letter
+// case is ignored, exactly as CATUnicodeString::Compare decides.
+std::string caseFolded(const CATUnicodeString& name) {
+    CATUnicodeString lowered(name);
+    lowered.ToLower();
+    return lowered.ConvertToUTF8();
+}
+
+const char* fileTypeElement(EnumDocumentType type) {
+    switch (type) {
+    case EnumDocumentType_Product: return QELElement::CATProduct;
+    case EnumDocumentType_Part: return QELElement::CATPart;
+    case EnumDocumentType_Drawing: return QELElement::CATDrawing;
+    case EnumDocumentType_Process: return QELElement::CATProcess;
+    case EnumDocumentType_Analysis: return QELElement::CATAnalysis;
+    case EnumDocumentType_Model: return QELElement::CATModel;
+    case EnumDocumentType_DesignTable: return QELElement::DesignTable;
+    case EnumDocumentType_Catalog: return QELElement::catalog;
+    default: return QELElement::Unknown;
+    }
+}
+
 } // namespace
+
+// ---- the element around a block --------------------------------------------
+
+void QELDMToXML::writeBaliseFileType(QELDocument* document, int flag, QELComponent* component) {
+    // A broken icon's document cannot be read, so its type is not known.
+    const EnumDocumentType type = document ? document->getType() : EnumDocumentType_Unset;
+    const CATUnicodeString name = isBroken(component) ? QELElement::Unknown : fileTypeElement(type);
+    if (flag == 1)
+        writeOpenBalise(name);
+    else
+        writeCloseBalise(name);
+}
 
 // ---- item ------------------------------------------------------------------
 
@@ -225,6 +262,19 @@ void QELDMToXML::writeMask(QELComponent* component) {
         return;
     }
     writeBalise(QELElement::Mask, mask);
+}
+
+// ---- workspace -------------------------------------------------------------
+
+long QELDMToXML::writeConfiguration(QELWorkSpace* workspace) {
+    if (!workspace) return QEL_E_FAIL;
+    TYPVectorCATUnicodeString* configuration = nullptr;
+    workspace->getConfiguration(configuration);
+    if (!configuration || configuration->empty()) return 0;
+    writeOpenBalise(QELElement::Configuration);
+    for (const CATUnicodeString& line : *configuration) writeValue(line);
+    writeCloseBalise(QELElement::Configuration);
+    return 0;
 }
 
 // ---- parent ----------------------------------------------------------------
@@ -494,6 +544,22 @@ void QELDMToXML::writeLinkedDocumentsForSpreadSheet(QELComponent* component, QEL
          {"VT_CATIAV5_MML", "VT_CATIAV5_MMLASSY", "CATIA_flattening_link_type", "VT_CATIAV5_DWGLINK"})
         names.push_back(name);
     writeLinkedDocumentList(document, names, component->getStringProperty("resolvedcontextid"), 0);
+}
+
+// Names already in `into` are looked up in a hash set of their case-folded
+// form, so that merging stays linear in the two vectors.
+void QELDMToXML::merge(TYPVectorPQELLink*& into, TYPVectorPQELLink* from) {
+    if (!into || !from) return;
+    std::unordered_set<std::string> names;
+    for (QELLink* link : *into) {
+        QELComponent* secondary = link ? link->get_Secondary() : nullptr;
+        if (secondary) names.insert(caseFolded(secondary->get_Name()));
+    }
+    for (QELLink* link : *from) {
+        QELComponent* secondary = link ? link->get_Secondary() : nullptr;
+        if (!secondary) continue;
+        if (names.insert(caseFolded(secondary->get_Name())).second) into->push_back(link);
+    }
 }
 
 void QELDMToXML::writeLinkedDocumentList(QELDocument* document, const TYPVectorCATUnicodeString& linkNames,

@@ -293,6 +293,12 @@ void QELDMToXML::writeHeader(int numberOfElements, QELSession* session) {
     _declaredElements = numberOfElements;
 }
 
+void QELDMToXML::finishDescription(const char* function) {
+    writeCloseBalise(QELElement::DESCFILE);
+    closeFile(function);
+    if (_declaredElements != _writtenItems) EMHManager::writeMsg(function, 2104, "");
+}
+
 void QELDMToXML::writeMAJ(QELComponent* component) {
     if (!component) {
         JNLManager::writeMsg("QELDMToXML::writeMAJ: ip_component is NULL");

@@ -101,20 +101,6 @@ bool gatherForWorkSpace(QELWorkSpace* workspace, QELDocument* catalogDocument, B
     return o.item && o.document && o.file;
 }
 
-const char* fileTypeElement(EnumDocumentType type) {
-    switch (type) {
-    case EnumDocumentType_Product: return QELElement::CATProduct;
-    case EnumDocumentType_Part: return QELElement::CATPart;
-    case EnumDocumentType_Drawing: return QELElement::CATDrawing;
-    case EnumDocumentType_Process: return QELElement::CATProcess;
-    case EnumDocumentType_Analysis: return QELElement::CATAnalysis;
-    case EnumDocumentType_Model: return QELElement::CATModel;
-    case EnumDocumentType_DesignTable: return QELElement::DesignTable;
-    case EnumDocumentType_Catalog: return QELElement::catalog;
-    default: return QELElement::Unknown;
-    }
-}
-
 // A component is a catalog component when the item behind its document in the
 // host says so (or, for a document the host does not hold, the block's item).
 bool isCatalogComponent(QELItem* item, QELDocument* document) {
@@ -170,16 +156,6 @@ void QELDMToXML::writeDesc(QELComponent* component, QELSession* session, QELDocu
 }
 
 // ---- shared pieces -------------------------------------------------------------
-
-void QELDMToXML::writeBaliseFileType(QELDocument* document, int flag, QELComponent* component) {
-    // A broken icon's document cannot be read, so its type is not known.
-    const EnumDocumentType type = document ? document->getType() : EnumDocumentType_Unset;
-    const CATUnicodeString name = isBroken(component) ? QELElement::Unknown : fileTypeElement(type);
-    if (flag == 1)
-        writeOpenBalise(name);
-    else
-        writeCloseBalise(name);
-}
 
 int QELDMToXML::flatteningModifiedFlag(QELSession* session, QELComponent* component, QELItem* item,
                                        QELDocument* document, unsigned char flattening, bool& writeMapping,

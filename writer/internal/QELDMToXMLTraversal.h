@@ -11,9 +11,16 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
+#include "QELSession.h"
 #include "TYPVector.h"
 
 namespace QELDMToXMLTraversal {
+
+// Whether the export flattens the session (the host session holds a
+// flattening workspace).
+inline unsigned char flatteningOf(const QELSession* session) {
+    return session && session->hasFlatteningWorkspace() ? 1 : 0;
+}
 
 // A node that the description leaves out together with its whole subtree.
 inline bool isLeftOut(const QELComponent* node) {
