@@ -54,6 +54,11 @@ private:
     friend struct QELXMLToDMUpdateAccess;
 
     // ---- scanner (QELXMLToDMScanner.cpp) ------------------------------------
+    // The opening shared by execute and readOptions: checks the session,
+    // opens the answer and reads its first two lines, the second into
+    // `rootLine`. False, with the journal lines and the function's end
+    // written, when the reading cannot start.
+    bool beginReading(const char* function, QELSession* session, std::string& rootLine);
     int openFile();
     int closeFile();
     // Reads the next line; false at the end of the file.
@@ -85,21 +90,26 @@ private:
     // Whether an element opens at `start`, where the root should close.
     bool moreEntriesFollow(long long start);
 
-    // ---- driver (QELXMLToDMDriver.cpp) ------------------------------------
-    // The opening shared by execute and readOptions: checks the session,
-    // opens the answer and reads its first two lines, the second into
-    // `rootLine`. False, with the journal lines and the function's end
-    // written, when the reading cannot start.
-    bool beginReading(const char* function, QELSession* session, std::string& rootLine);
+    // ---- entries (QELXMLToDMEntries.cpp) ------------------------------------
+    // One answer entry: the element around it, named after its document's
+    // type, and where the reading of its Item_Info began and ended.
+    struct Entry {
+        std::string typeName;
+        EnumDocumentType type = EnumDocumentType_Unset;
+        long long valuesStart = 0;
+        long long end = 0;
+        bool complete = false; // its Item_Info closed
+    };
+    // Reads the entry that begins at `start`, its values into `values`.
+    // False when it holds no Item_Info; `entry.end` is then where the search
+    // for its closing line starts.
+    bool readEntry(long long start, long long& pos, Entry& entry, TYPMapCATUnicodeStringPVoid*& values);
+    // `map` is made when null and then the caller's, who frees its values
+    // (clearEntryMap) and the map.
     bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);
+    // `map` (running index -> component name -> SR list) is made when null;
+    // freeComponentsMap frees it and everything in it.
     bool getValuesAndStoreForComponents(long long start, long long& pos, TYPMapIntPVoid*& map);
-    QELWorkSpace* createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,
-                                  TYPMapCATUnicodeStringPVoid* map);
-    void createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, long long start,
-                                  long long& pos, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
-    void createDocument(QELDocument* document, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
-    void createDesignTableDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
-    void createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
     // Frees the values of an entry map and empties it.
     static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map);
     // Files `value` under `key` unless the key is there already, in a value
@@ -110,8 +120,36 @@ private:
     // Frees the shape sub-maps, their vectors and the map itself.
     static void freeComponentsMap(TYPMapIntPVoid* map);
 
+    // ---- driver (QELXMLToDMDriver.cpp) ------------------------------------
+    // What the active document tells every entry of a reading.
+    struct ActiveDocument;
+    // False when the reading cannot go on; the error is reported.
+    static bool findActiveDocument(QELSession* session, ActiveDocument& active);
+    // The `count` entries from `pos`, each read and applied in turn.
+    void readEntries(QELSession* session, const ActiveDocument& active, int count, long long pos);
+    // One complete entry applied to the model; false when it ends the
+    // reading (an empty session meets an entry it does not take).
+    bool applyEntry(QELSession* session, const ActiveDocument& active, const Entry& entry,
+                    TYPMapCATUnicodeStringPVoid* values);
+    // The document, occurrence or workspace the entry designates, updated;
+    // `workspace` is the workspace updated, if any. False as applyEntry.
+    bool updateDesignated(QELSession* session, const Entry& entry, TYPMapCATUnicodeStringPVoid* values,
+                          QELWorkSpace*& workspace);
+    // At checkout of a product, a part's Load_Flag on its default document.
+    void applyLoadFlag(QELWorkSpace* workspace, TYPMapCATUnicodeStringPVoid* values);
+    QELWorkSpace* createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,
+                                  TYPMapCATUnicodeStringPVoid* map);
+    void createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, long long start,
+                                  long long& pos, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
+    void createDocument(QELDocument* document, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
+    void createDesignTableDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+    void createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+
     // ---- options (QELXMLToDMOptions.cpp) -----------------------------------
     bool getOptions(QELSession* session, long long start, long long& pos);
+    // The options, before or after the count, then the entry count (-1 when
+    // there is none); `start` ends after both.
+    int readOptionsAndCount(QELSession* session, long long& start);
 
     // ---- property update (QELXMLToDMUpdate.cpp) -----------------------------
     void updateProperty(QELComponent* component, TYPMapCATUnicodeStringPVoid* map);

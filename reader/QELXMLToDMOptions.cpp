@@ -87,20 +87,9 @@ bool QELXMLToDM::getOptions(QELSession* session, long long start, long long& pos
     return true;
 }
 
-void QELXMLToDM::readOptions(QELSession* session) {
-    JNLManager::beginFunction(kReadOptions);
-    std::string line;
-    if (!beginReading(kReadOptions, session, line)) return;
-    long long start = _file.tell();
+int QELXMLToDM::readOptionsAndCount(QELSession* session, long long& start) {
     long long pos = start;
-    const std::string root = QELElement::openingLine(QELElement::DESCFILE);
-    if (line != root) {
-        JNLManager::writeMsgFormatted("Cannot found balise %s", root.c_str());
-        closeFile();
-        JNLManager::endFunction(kReadOptions, -1);
-        return;
-    }
-
+    // The options may stand before or after the count.
     const bool optionsFound = getOptions(session, start, pos);
     if (optionsFound) start = pos;
     // The count is looked for among the root's children only: an entry's
@@ -109,37 +98,47 @@ void QELXMLToDM::readOptions(QELSession* session) {
     const int count = readCount(start, countEnd);
     if (countEnd > 0) start = countEnd;
     if (!optionsFound && getOptions(session, start, pos)) start = pos;
+    return count;
+}
 
-    const std::string itemInfoEnd = QELElement::closingLine(QELElement::Item_Info);
-    auto* entries = new TYPMapCATUnicodeStringPVoid("p_list_nodes");
-    pos = start;
+void QELXMLToDM::readOptions(QELSession* session) {
+    JNLManager::beginFunction(kReadOptions);
+    std::string line;
+    if (!beginReading(kReadOptions, session, line)) return;
+    const std::string root = QELElement::openingLine(QELElement::DESCFILE);
+    if (line != root) {
+        JNLManager::writeMsgFormatted("Cannot found balise %s", root.c_str());
+        closeFile();
+        JNLManager::endFunction(kReadOptions, -1);
+        return;
+    }
+    long long start = _file.tell();
+    const int count = readOptionsAndCount(session, start);
+
+    auto* values = new TYPMapCATUnicodeStringPVoid("p_list_nodes");
+    Entry entry;
+    long long pos = start;
     for (int i = 0; i < count; ++i) {
         start = pos;
         if (!entryBegins(start, i, count)) break;
-        std::string typeName;
-        if (CV5CAAToolsDesc::getNodeName(_file, start, pos, typeName)) start = pos;
-        std::string name;
-        if (!CV5CAAToolsDesc::getNodeName(_file, start, pos, name) || name != QELElement::Item_Info) {
+        if (!readEntry(start, pos, entry, values)) {
             JNLManager::writeMsg("Error while reading file");
             break;
         }
-        const bool complete = getValuesAndStore(pos, pos, entries, itemInfoEnd.c_str());
-        const long long entryEnd = pos;
-
-        QELComponent* component = complete ? resolvePointer(entryValue(entries, QELElement::POINTER_ADDRESS)) : nullptr;
+        QELComponent* component =
+            entry.complete ? resolvePointer(entryValue(values, QELElement::POINTER_ADDRESS)) : nullptr;
         QELItem* item = nullptr;
         QELDocument* document = nullptr;
         if (component && findTargets(component, item, document)) {
-            if (QELFailed(readAndUpdateItemIdItemRevId(component, item, entries)))
+            if (QELFailed(readAndUpdateItemIdItemRevId(component, item, values)))
                 JNLManager::writeMsg("Impossible to read and update the Item/ItemRev");
-            if (document) applyEntryFlags(session, component, document, entries);
+            if (document) applyEntryFlags(session, component, document, values);
         }
-
-        CV5CAAToolsDesc::searchClosingNode(_file, typeName, entryEnd, pos);
-        recycleEntryValues(entries);
+        CV5CAAToolsDesc::searchClosingNode(_file, entry.typeName, entry.end, pos);
+        recycleEntryValues(values);
     }
 
-    delete entries;
+    delete values;
     closeFile();
     JNLManager::endFunction(kReadOptions, 0);
 }

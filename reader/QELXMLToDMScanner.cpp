@@ -1,7 +1,7 @@
-// Tag scanner of the answer reader: the answer file itself, and the searches
-// that find an element by name and cut its value, all by file position.
+// Tag scanner of the answer reader: the answer file itself, its opening, and
+// the searches that find an element by name and cut its value, all by file
+// position.
 
-#include "QELStatus.h"
 #include "QELXMLToDM.h"
 
 #include <cstdlib>
@@ -10,9 +10,12 @@
 #include "JNLManager.h"
 #include "QELElementNames.h"
 #include "QELHandleTable.h"
+#include "QELStatus.h"
+#include "QELXMLToDMUpdateTools.h"
+
+using QELXMLToDMUpdateTools::journalEndOfFile;
 
 namespace {
-
 
 enum class Sibling { Found, Absent, EndOfFile };
 
@@ -55,10 +58,6 @@ Sibling searchSibling(UTILLineFile& file, const std::string& name, long long& po
     }
 }
 
-void journalEndOfFile(const std::string& path) {
-    JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Unexpected end of file", path.c_str());
-}
-
 } // namespace
 
 QELXMLToDM::QELXMLToDM(const char* path)
@@ -77,6 +76,24 @@ int QELXMLToDM::closeFile() {
 }
 
 bool QELXMLToDM::readLine(std::string& line) { return _file.readLine(line); }
+
+bool QELXMLToDM::beginReading(const char* function, QELSession* session, std::string& rootLine) {
+    if (!session) {
+        JNLManager::writeMsgFormatted("%s: ip_session is NULL", function);
+        JNLManager::endFunction(function, -1);
+        return false;
+    }
+    if (openFile() != 0) {
+        JNLManager::writeMsgFormatted("Error while opening desc.xml file %s", _path.c_str());
+        JNLManager::endFunction(function, -1);
+        return false;
+    }
+    // The answer is read from its first line, whatever an earlier reading left.
+    _file.seek(0);
+    readLine(rootLine);
+    readLine(rootLine);
+    return true;
+}
 
 void QELXMLToDM::moveTo(long long start) {
     if (start <= 0 || _file.seek(start)) return;

@@ -181,7 +181,7 @@ void applyKey(const EntryTargets& t, const CATUnicodeString& key, const CATUnico
 
 // Every key of the entry in the map's own order; block keys hold positions
 // and have no rule.
-void applyEntry(const EntryTargets& t, const TYPMapCATUnicodeStringPVoid* map) {
+void applyKeys(const EntryTargets& t, const TYPMapCATUnicodeStringPVoid* map) {
     if (t.item) t.item->addBooleanProperty("CatalogComp", false);
     for (const auto& entry : *map) {
         if (entry.object) applyKey(t, entry.key, *static_cast<const CATUnicodeString*>(entry.object));
@@ -467,7 +467,7 @@ void QELXMLToDM::updateProperty(QELComponent* component, TYPMapCATUnicodeStringP
     if (!component || !map) {
         JNLManager::writeMsg(component ? "ip_liste is NULL" : "ip_component is NULL");
     } else if (isUpdatable(component) && findInstanceTargets(component, targets)) {
-        applyEntry(targets, map);
+        applyKeys(targets, map);
         if (component->isWorkSpace()) updateStagingPath(static_cast<QELWorkSpace*>(component), targets.item);
         if (targets.foreignRestricted) {
             JNLManager::writeMsg("current object is a foreign file, stop here update of properties");
@@ -528,7 +528,7 @@ void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATU
     targets.oldNames = &oldNames;
     findDocumentTargets(document, targets);
     if (!targets.item) JNLManager::writeMsgFormatted("%s: the document has no item", function);
-    applyEntry(targets, map);
+    applyKeys(targets, map);
     long long pos = 0;
     const int attributes = withMapping && entryValue(map, QELElement::Mapping_Attribut) ? count(pos) : -1;
     if (attributes >= 2) {

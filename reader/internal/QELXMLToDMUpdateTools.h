@@ -23,6 +23,14 @@
 
 namespace QELXMLToDMUpdateTools {
 
+// The journal lines of an answer that ends early or lacks a closing line.
+inline void journalEndOfFile(const std::string& path) {
+    JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Unexpected end of file", path.c_str());
+}
+inline void journalMissing(const std::string& path, const std::string& line) {
+    JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %s is missing", path.c_str(), line.c_str());
+}
+
 // The text an entry map holds under `key`, or null.
 inline const CATUnicodeString* entryValue(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
     return map ? static_cast<const CATUnicodeString*>(map->find(key)) : nullptr;
