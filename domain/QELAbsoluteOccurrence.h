@@ -24,6 +24,10 @@ class QELWorkSpace;
 // representations.
 //
 // Construction errors and orphan reports are printed on standard output.
+//
+// The components answered here are the model's: owned by their makers (the
+// model heap for the library's factories), valid until freed there. Maps and
+// vectors say whether the caller deletes them.
 class QELAbsoluteOccurrence : public QELComponent {
 public:
     QELAbsoluteOccurrence();
@@ -40,7 +44,8 @@ public:
     long getHideInAnyContext(unsigned char& hidden) const;
     long setHideInAnyContext(unsigned char hidden);
 
-    // Single getters answer the first object filed, null when none.
+    // Single getters answer the first object filed, null when none. The map
+    // of children is owned by this occurrence, valid until release().
     void linkItem(QELItem* item);
     QELItem* getLinkedItem() const;
     void linkRelativeOccurrence(QELRelativeOccurrence* relative);
@@ -53,30 +58,35 @@ public:
     TYPMapCATUnicodeStringPVoid* getLinkedChildAbsoluteOccurrences() const;
     QELAbsoluteOccurrence* getLinkedChildAbsoluteOccurrence(int index) const;
 
-    // Views, filed under their signature.
+    // Views, filed under their signature; a view answered is owned by its
+    // maker (the model heap for the library's factories), valid until freed
+    // there.
     void linkAbsoluteView(QELAbsoluteView* view);
     QELAbsoluteView* getLinkedAbsoluteView(const CATUnicodeString& signature) const;
     // The first view whose context item has exactly the name of `context`.
     QELAbsoluteView* getLinkedAbsoluteView(const QELItem* context) const;
     // Null without any view; otherwise a NEW map "p_map_result" from
-    // signature to view, which the caller deletes (not the views).
+    // signature to view: caller deletes the map (not the views).
     TYPMapCATUnicodeStringPVoid* getLinkedAbsoluteViews() const;
 
-    // Scenes, filed under their signature.
+    // Scenes, filed under their signature; a scene answered is owned by the
+    // model heap, valid until QELModelHeap::freeAll.
     void linkScene(QELScene* scene);
     QELScene* getLinkedScene(const CATUnicodeString& signature) const;
-    // Signature -> map of scenes; owned by the occurrence.
+    // Signature -> map of scenes; owned by this occurrence, valid until
+    // release().
     TYPMapCATUnicodeStringPVoid* getLinkedScenes() const;
     // The scene belongs to the model heap. Without a context the scene
     // reports the error and nothing is filed.
     void createScene(QELItem* context, const CATUnicodeString& name);
 
-    // The document belongs to the model heap.
+    // The document is owned by the model heap, valid until
+    // QELModelHeap::freeAll.
     QELDocument* addComponentShapeRepresentation(const CATUnicodeString& shapeRepName,
                                                  const CATUnicodeString& docName);
     void linkComponentShapeRepresentation(const CATUnicodeString& shapeRepName,
                                           QELDocument* document);
-    // New vector (the caller deletes it), null without any GRM link.
+    // New vector, caller deletes; null without any GRM link.
     TYPVectorPQELLink* getLinkedComponentShapeRepresentations() const;
 
     // The name of this occurrence's view as seen from the ancestor item
@@ -87,14 +97,14 @@ public:
     // success the status is 0, or the piece count of the last "Parent_Comp"
     // split.
     long buildAbsoluteViewSignature(const QELItem* context, CATUnicodeString& signature) const;
-    // `views`: null, or a NEW vector (the caller deletes it) of the views of
+    // `views`: null, or a NEW vector (caller deletes) of the views of
     // this occurrence found in each ancestor context, nearest context first.
     // Answers the status of the last signature built.
     long getAllAbsViews(TYPVectorPQELComponent*& views) const;
-    // `parents`: a NEW vector (the caller deletes it): the workspace, then the
+    // `parents`: a NEW vector (caller deletes): the workspace, then the
     // ancestors from the top down to the direct parent. Always 0.
     long getAllParents(TYPVectorPQELComponent*& parents) const;
-    // A NEW map "p_returned_map" (the caller deletes it) from name to
+    // A NEW map "p_returned_map" (caller deletes) from name to
     // ancestor: the parents upwards, then the workspace.
     TYPMapCATUnicodeStringPVoid* getAllParentComponents() const;
 

@@ -16,7 +16,8 @@ public:
     explicit QELAbsoluteView(const CATUnicodeString& signature);
 
     void linkItem(QELItem* context);
-    // The first context item filed, null when none.
+    // The first context item filed, null when none; owned by its maker (the
+    // model heap for the library's factories), valid until freed there.
     QELItem* getContext() const;
     CATUnicodeString getSignature() const { return get_Name(); }
 };

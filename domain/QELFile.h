@@ -14,7 +14,9 @@ public:
     explicit QELFile(const CATUnicodeString& fileName);
 
     void linkDocument(QELDocument* document);
-    // The first document in store order when several share the file.
+    // The first document in store order when several share the file; owned by
+    // its maker (the model heap for the library's factories), valid until freed
+    // there.
     QELDocument* getLinkedDocument() const;
 };
 

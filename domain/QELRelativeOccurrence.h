@@ -23,7 +23,8 @@ public:
     // path.
     void addAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence);
     void linkItem(QELItem* item);
-    // The first item filed, null when none.
+    // The first item filed, null when none; owned by its maker (the model heap
+    // for the library's factories), valid until freed there.
     QELItem* getLinkedItem() const;
 };
 

@@ -20,7 +20,8 @@ public:
     QELScene(QELAbsoluteOccurrence* occ, QELItem* context, const CATUnicodeString& name);
 
     void linkItem(QELItem* context);
-    // The first context item filed, null when none.
+    // The first context item filed, null when none; owned by its maker (the
+    // model heap for the library's factories), valid until freed there.
     QELItem* getContext() const;
     CATUnicodeString getScene() const;
     CATUnicodeString getSignature() const { return get_Name(); }

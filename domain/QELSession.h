@@ -22,6 +22,7 @@ class QELWorkSpace;
 // come from one thread at a time.
 class QELSession : public QELObject, public QELPropertyHolder {
 public:
+    // Made at the first call; owned by the class, valid until removeInstance.
     static QELSession* getInstance();
     // Releases and destroys the session; the remembered pointer becomes null.
     static void removeInstance();
@@ -35,14 +36,17 @@ public:
     // Session-wide values
     long getCalculGeometricStatus(bool& status) const;
     long setCalculGeometricStatus(bool status);
+    // Owned by the session's property set, valid until release().
     TYPVectorCATUnicodeString* getGeoDescDocuments() const;
     void setGeoDescDocuments(const CATUnicodeString& documentName);
 
     // An existing key keeps its value.
     void addDynamicProperty(const CATUnicodeString& name, const CATUnicodeString& key, const CATUnicodeString& value);
 
-    // Typed registry. The sub-maps returned belong to the session (null while
-    // the kind has none); counts are 0 then.
+    // Typed registry. The sub-maps are owned by the session, valid until
+    // release() (null while the kind has none; counts are 0 then). The
+    // components are owned by their makers (the model heap for the library's
+    // factories), valid until freed there: the session only forgets them.
     void addDocument(QELDocument* document);
     void addItem(QELItem* item);
     void addFile(QELFile* file);
@@ -60,17 +64,20 @@ public:
     int getFileCount() const;
     int getWorkSpaceCount() const;
 
-    // Queries over the registered domain. Vectors returned as new are the
-    // caller's; the components in them are not.
+    // Queries over the registered domain. A vector answered is new and the
+    // caller deletes it, not the components in it; a component answered is
+    // owned as in the registry.
     //
     // Finds the workspace registered as a + "+++" + b + "+++" + c; otherwise
     // makes a new, unnamed workspace (the key is not given to it and the type
-    // is not used) and registers it under its empty name.
+    // is not used) and registers it under its empty name; a new workspace is
+    // owned by the model heap, valid until QELModelHeap::freeAll.
     QELWorkSpace* createWorkSpace(EnumDocumentType type, const CATUnicodeString& a, const CATUnicodeString& b,
                                   const CATUnicodeString& c);
     QELWorkSpace* getActiveWorkSpace() const;
     TYPVectorPQELWorkSpace* getPassiveWorkSpaces() const;
-    // The passive workspaces by ascending "WorkspaceIndex" (one per index).
+    // The passive workspaces by ascending "WorkspaceIndex" (one per index), in
+    // a new vector, caller deletes.
     long getOrderedPassiveWorkSpaces(TYPVectorPQELWorkSpace*& out) const;
     TYPVectorPQELDocument* getAllQELDocuments() const;
     QELDocument* getDocumentByOldName(const CATUnicodeString& name) const;
@@ -101,6 +108,8 @@ protected:
     ~QELSession();
     static void setInstance(QELSession* session);
 
+    // The registry by class name; maps and components owned as in the typed
+    // registry above.
     void addComponent(QELComponent* component, const CATUnicodeString& className);
     QELComponent* getComponent(const CATUnicodeString& className, const CATUnicodeString& name) const;
     QELComponent* getComponent(const CATUnicodeString& name) const;

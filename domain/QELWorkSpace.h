@@ -18,9 +18,11 @@ class QELItem;
 // assembly tree at all levels (1), the PDM configuration it was loaded under,
 // and whether it is the workspace the user is working in.
 //
-// Ownership: the maps returned by the getters belong to the workspace; every
-// vector or map said to be new is the caller's to delete (not the components
-// in it).
+// Ownership: a map answered by a getter is owned by this workspace, valid
+// until release(); one said to be NEW, and every new vector, the caller
+// deletes (not the components in it). The components answered are the
+// model's: owned by their makers (the model heap for the library's
+// factories), valid until freed there.
 class QELWorkSpace : public QELComponent {
 public:
     QELWorkSpace();
@@ -30,7 +32,8 @@ public:
 
     // Appends to what is there already, so a second call extends the list.
     long setConfiguration(const CATListValCATUnicodeString& configuration);
-    // `configuration`: the workspace's own vector, null when never set.
+    // `configuration`: the workspace's own vector, null when never set:
+    // owned by this workspace's property set, valid until release().
     long getConfiguration(TYPVectorCATUnicodeString*& configuration) const;
 
     // The file reference name of the root document's kind ("unknown" unset).
@@ -40,7 +43,9 @@ public:
     CATUnicodeString getItemDocLinkType() const;
     void setItemDocLinkType(const CATUnicodeString& refName);
 
-    // Root document, root item and its file: the first filed counts.
+    // Root document, root item and its file: the first filed counts. Each is
+    // owned by its maker (the model heap for the library's factories), valid
+    // until freed there.
     void linkDocument(QELDocument* document);
     QELDocument* getLinkedDocument() const;
     void linkItem(QELItem* item);
@@ -48,29 +53,31 @@ public:
     // The root document's first file under its own type's reference name.
     QELFile* getFile() const;
 
-    // Occurrences of every level, keyed by name and "Parent_Comp".
+    // Occurrences of every level, keyed by name and "Parent_Comp"; owned by
+    // this workspace, valid until release().
     void linkAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence);
     TYPMapCATUnicodeStringPVoid* getLinkedAbsoluteOccurrences() const;
     // The first occurrence, in store order, named exactly `name`.
     QELAbsoluteOccurrence* getAbsoluteOccurrence(const CATUnicodeString& name) const;
-    // Null without any occurrence; otherwise a NEW vector of the top-level
-    // occurrences in ascending "IndiceOfAbsolute". Two occurrences with the
-    // same index give the first of them twice and lose the other.
+    // Null without any occurrence; otherwise a NEW vector (caller deletes) of
+    // the top-level occurrences in ascending "IndiceOfAbsolute". Two
+    // occurrences with the same index give the first of them twice and lose
+    // the other.
     TYPVectorPQELAbsoluteOccurrence* getFirstLevelAbsoluteOccurrences() const;
 
-    // A NEW map "p_result" from document name to document: the root document,
-    // the first document of each occurrence's item, and the design tables of
-    // all of them. Of two documents with one name the first stays, unless it
-    // is a broken icon and the later one is not.
+    // A NEW map "p_result" (caller deletes) from document name to document:
+    // the root document, the first document of each occurrence's item, and
+    // the design tables of all of them. Of two documents with one name the
+    // first stays, unless it is a broken icon and the later one is not.
     TYPMapCATUnicodeStringPVoid* getWorkspaceDocuments() const;
-    // `documents`: a NEW vector of the workspace documents that hold
-    // something under link 16 with key `refName` (a file reference name or a
-    // form type such as "catpublication"). Always 0.
+    // `documents`: a NEW vector (caller deletes) of the workspace documents
+    // that hold something under link 16 with key `refName` (a file reference
+    // name or a form type such as "catpublication"). Always 0.
     int getWorkSpaceDocumentsPointingFormsByLink(const CATUnicodeString& refName,
                                                  TYPVectorPQELDocument*& documents) const;
-    // `documents`: a NEW vector of the workspace documents (not items) that
-    // are primary of at least one GRM item link named `linkName`, one per
-    // name. Always 0.
+    // `documents`: a NEW vector (caller deletes) of the workspace documents
+    // (not items) that are primary of at least one GRM item link named
+    // `linkName`, one per name. Always 0.
     //
     // WARNING: this does NOT RETURN when some workspace document has no GRM
     // link of that name at all: the walk stays on that document for ever.

@@ -19,6 +19,9 @@ public:
     explicit CV5CAAQELDocument(const CATUnicodeString& name);
     CV5CAAQELDocument(const CATUnicodeString& name, EnumDocumentType type);
 
+    // The host's answers hold the model's objects as they were set: each is
+    // owned by whoever set it (the model heap for the library's factories),
+    // valid until freed there; this document owns none of them.
     QELItem* getDefaultItem() const { return _defaultItem; }
     void setDefaultItem(QELItem* item) { _defaultItem = item; }
     QELFile* getDefaultFile() const { return _defaultFile; }
@@ -48,7 +51,9 @@ public:
 
     // Drawings: sheet names (null when the document has no sheets), the
     // active sheet, and whether this document is the one shown on the active
-    // sheet of the drawing that points to it.
+    // sheet of the drawing that points to it. The sheet names are owned by
+    // this document, valid until the next addSheetName or its
+    // destruction.
     const TYPVectorCATUnicodeString* getSheetsNames() const { return _hasSheets ? &_sheets : nullptr; }
     void addSheetName(const CATUnicodeString& name);
     CATUnicodeString getDWActiveSheet() const { return _activeSheet; }
@@ -61,12 +66,15 @@ public:
 
     // Composites: the stackings of the part, in host order. A status set
     // negative makes the question fail.
+    // Fills the caller's vector with the stackings as added: owned by whoever
+    // added them, valid until freed there.
     long getAllStackings(TYPVector<CV5CAAQELStacking*>& stackings) const;
     void addStacking(CV5CAAQELStacking* stacking) { _stackings.push_back(stacking); }
     void setStackingsStatus(long status) { _stackingsStatus = status; }
 
     // External files: the links from this document to its external file
-    // documents (owned by the document; null when there are none).
+    // documents; the vector is owned by this document, valid until the next
+    // addExternalFileDocument or its destruction (null when there are none).
     long getExternalFileDocuments(TYPVectorPQELLink*& links) const;
     void addExternalFileDocument(QELLink* link) { _externalFiles.push_back(link); }
 

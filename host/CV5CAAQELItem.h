@@ -12,6 +12,9 @@ public:
     CV5CAAQELItem();
     explicit CV5CAAQELItem(const CATUnicodeString& name);
 
+    // The host's answers hold the model's objects as they were set: each is
+    // owned by whoever set it (the model heap for the library's factories),
+    // valid until freed there; this item owns none of them.
     QELDocument* getItemDefaultDocument() const { return _defaultDocument; }
     void setItemDefaultDocument(QELDocument* document) { _defaultDocument = document; }
     unsigned char isCatalogComp() const { return _catalogComp; }

@@ -13,19 +13,25 @@ class QELDocument;
 // answer back to its default (all off, no staging path).
 class CV5CAAQELSession {
 public:
-    // The model document of a file of the session, by name (negative when none).
+    // The model document of a file of the session, by name (negative when
+    // none); owned by its maker (the model heap for the library's factories),
+    // valid until freed there.
     long getSessionDocument(const CATUnicodeString& fileName, QELDocument*& document) const;
     // Makes a host workspace for an empty session, registered in the model
-    // session under a + "+++" + b + "+++" + c and owned by the model heap.
+    // session under a + "+++" + b + "+++" + c; owned by the model heap, valid
+    // until QELModelHeap::freeAll.
     long createEmptyWorkSpace(EnumDocumentType type, const CATUnicodeString& a, const CATUnicodeString& b,
                               const CATUnicodeString& c, CV5CAAQELWorkSpace*& workspace);
     void setStagingPath(const CATUnicodeString& path) { _stagingPath = path; }
     CATUnicodeString getStagingPath() const { return _stagingPath; }
+    // Always null: the settings are ENVManager's static members.
     long get_EnvManager(ENVManager*& env) const {
         env = nullptr;
         return 0;
     }
 
+    // The process-wide host session: owned by this class, valid until the
+    // process ends (reset() only clears it).
     static CV5CAAQELSession* getCATIASessionInstance();
     static void reset();
 

@@ -13,7 +13,9 @@ class CV5CAAQELPly;
 
 // The composites tree of a part as the CAD host answers it: stacking, plies
 // groups, sequences, plies. Every question answers a status (negative when
-// the host fails, settable with setStatus) and fills its output.
+// the host fails, settable with setStatus) and fills its output. The objects
+// of a filled vector are owned by whoever added them, valid until freed
+// there; the vector is the caller's own.
 class CV5CAAQELStacking : public QELStacking {
 public:
     CV5CAAQELStacking();

@@ -13,8 +13,10 @@ public:
 
     int getWorkSpaceType() const { return _type; }
     void setWorkSpaceType(int type) { _type = type; }
+    // The default document as set: owned by whoever set it (the model heap
+    // for the library's factories), valid until freed there.
     QELDocument* getWorkSpaceDefaultDocument() const { return _defaultDocument; }
-    // Negative when the workspace has no default document.
+    // Negative when the workspace has no default document; owned as above.
     long getWorkSpaceDefaultDocument(QELDocument*& document) const {
         document = _defaultDocument;
         return document ? 0 : -1;

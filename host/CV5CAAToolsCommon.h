@@ -17,7 +17,8 @@ public:
     // when the file cannot be read.
     static long readListOfElements(const CATUnicodeString& fileName, CATListValCATUnicodeString& names,
                                    CATListValCATUnicodeString& elements);
-    // The document active in the host, or null.
+    // The document active in the host, or null: owned by whoever set it, valid
+    // until freed there (the host keeps only the pointer).
     static CATDocument* getActiveCATDocument();
     static void setActiveCATDocument(CATDocument* document);
 };

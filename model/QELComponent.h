@@ -21,7 +21,11 @@ class QELLink;
 // the links of that name touching this component, in the order added.
 //
 // A component owns its maps and property set, never the components it relates
-// to and never its links.
+// to and never its links. Accordingly, a map or vector answered here is owned
+// by this component, valid until release() or its destruction, unless its
+// comment says "caller deletes". A component or link answered is owned by
+// whoever made it: the model heap for those the library's factories make
+// (valid until QELModelHeap::freeAll), the caller for one it constructed.
 class QELComponent : public QELObject, public QELPropertyHolder {
 public:
     QELComponent();
@@ -43,6 +47,10 @@ public:
     // Keyed by THIS component's name and "Parent_Comp", whatever the parent.
     void addParentAbsolute(QELComponent* occurrence, int type, const CATUnicodeString& relationName);
 
+    // The relation maps below are owned by this component, valid until
+    // release(); null while there is no relation of that type (and name).
+    // The components in them, and those answered singly, are owned by their
+    // makers (see above).
     TYPMapCATUnicodeStringPVoid* getComponents(int type) const;
     TYPMapCATUnicodeStringPVoid* getComponents(int type, const CATUnicodeString& relationName) const;
     // The same for an ISO-8859-1 relation name given as text.
@@ -55,6 +63,7 @@ public:
     TYPMapCATUnicodeStringPVoid* getParentComponents(int type) const;
     QELComponent* getChildrenComponent(int type, int index) const;
     QELComponent* getParentComponent(int type, int index) const;
+    // Single components: owned by their makers, valid until freed there.
     QELComponent* getChildrenComponent(int type, const CATUnicodeString& key) const;
     QELComponent* getParentComponent(int type, const CATUnicodeString& key) const;
     // The child under key2, only when a child under key1 exists too.
@@ -68,21 +77,29 @@ public:
     // Answers the existing link of that name to that secondary, or makes one.
     // "CATIA_alternateShapeRep_Link_type", "CATIA_componentShapeRep_Link_type"
     // and "catdesigntable" always make a new link.
+    // The link is owned by the model heap, valid until QELModelHeap::freeAll.
     QELLink* addGRMLink(const CATUnicodeString& name, QELComponent* secondary);
     void addGRMLink(QELLink* link);
+    // The links of that name; the vector is owned by this component, valid
+    // until release(). Null without one.
     TYPVectorPQELLink* getGRMLinks(const CATUnicodeString& name) const;
-    // New vector: the links whose primary is of primaryClass OR whose
-    // secondary is of secondaryClass. Null without any GRM link.
+    // New vector, caller deletes: the links whose primary is of primaryClass
+    // OR whose secondary is of secondaryClass. Null without any GRM link.
     TYPVectorPQELLink* getGRMLinks(const CATUnicodeString& name, const CATUnicodeString& primaryClass,
                                    const CATUnicodeString& secondaryClass) const;
+    // Link name -> vector of links; owned by this component, valid until
+    // release().
     TYPMapCATUnicodeStringPVoid* getAllGRMLinks() const;
-    // New map of new vectors (the caller frees both), filtered as above.
+    // New map of new vectors, filtered as above; caller deletes the map and
+    // every vector in it.
     TYPMapCATUnicodeStringPVoid* getAllGRMLinks(const CATUnicodeString& primaryClass,
                                                 const CATUnicodeString& secondaryClass) const;
     int getAllLinks(TYPVectorPQELLink& out) const;
 
     // Where-used queries; names match when identical (Compare answers 2).
-    // The vectors returned are new and the caller's.
+    // A vector answered is new, caller deletes (the links in it stay the
+    // model heap's); a single link is owned by the model heap, valid until
+    // QELModelHeap::freeAll.
     TYPVectorPQELLink* getGRMLinksWhereUsedAsPrimary(const CATUnicodeString& name) const;
     TYPVectorPQELLink* getGRMLinksWhereUsedAsPrimary(const QELComponent* other) const;
     QELLink* getGRMLinksWhereUsedAsPrimary(const CATUnicodeString& name, const QELComponent* other) const;
@@ -107,9 +124,12 @@ public:
     void release();
 
 private:
+    // Owned by this component, valid until release(); made when `create`.
     TYPMapCATUnicodeStringPVoid* relationMap(int type, const CATUnicodeString& relationName, bool create);
     void addUnderKey(QELComponent* component, int type, const CATUnicodeString& relationName,
                      const CATUnicodeString& key);
+    // The where-used searches: vectors new, caller deletes; a single link
+    // owned by the model heap.
     TYPVectorPQELLink* whereUsed(const CATUnicodeString& name, const CATUnicodeString& otherClass,
                                  bool asPrimary) const;
     TYPVectorPQELLink* whereUsedWith(const QELComponent* other, bool asPrimary) const;

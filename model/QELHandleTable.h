@@ -17,10 +17,12 @@ class QELHandleTable {
 public:
     static uint64_t add(QELComponent* component);
     static void remove(uint64_t handle);
-    // The live component of that handle, or null.
+    // The live component of that handle, or null; owned by its maker, valid
+    // until it is destroyed (when it leaves the table).
     static QELComponent* resolve(uint64_t handle);
     // Parses exactly 16 hexadecimal digits (either case, optional "0x"
-    // prefix, surrounding blanks ignored); null for anything else.
+    // prefix, surrounding blanks ignored); null for anything else. Owned as
+    // above.
     static QELComponent* resolve(const std::string& token);
     // The 16 upper-case hexadecimal digits of a handle.
     static std::string format(uint64_t handle);

@@ -10,6 +10,8 @@
 // frees it when the process ends, so that nothing is reported as leaked.
 class QELKeeper {
 public:
+    // Takes `object` over and answers it: owned by the keeper from now on,
+    // valid until the process ends.
     template <typename T>
     static T* keep(T* object) {
         return pool().adopt(object);

@@ -22,6 +22,8 @@ public:
     void set_Name(const CATUnicodeString& name) { _name = name; }
     int get_Type() const { return _type; }
     void set_Type(int type) { _type = type; }
+    // The ends are owned by their makers (the model heap for the library's
+    // factories), valid until freed there; the link never frees them.
     QELComponent* get_Primary() const { return _primary; }
     void set_Primary(QELComponent* primary) { _primary = primary; }
     QELComponent* get_Secondary() const { return _secondary; }
@@ -35,9 +37,12 @@ public:
     CATUnicodeString getStringProperty(const CATUnicodeString& name) const;
     int getIntegerProperty(const CATUnicodeString& name) const;
     bool getBooleanProperty(const CATUnicodeString& name) const;
+    // Owned by the link's property set, valid until the property is replaced
+    // by one of another kind or the link is destroyed.
     double* getMatrixProperty(const CATUnicodeString& name) const;
     CATIProduct* getCATIProductProperty(const CATUnicodeString& name) const;
     int getPropertiesCount() const;
+    // Owned by this link, valid until its destruction.
     QELPropertySet* getPropertySet() const { return _properties; }
 
     // `from` names the component the link is printed for: its class name

@@ -17,6 +17,8 @@
 // constructs itself stay the caller's.
 class QELModelHeap {
 public:
+    // Takes `object` over and answers it: owned by the heap from now on,
+    // valid until freeAll (or the end of the process).
     template <typename T>
     static T* adopt(T* object) {
         return pool().adopt(object);

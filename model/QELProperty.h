@@ -38,6 +38,8 @@ public:
     void set_Name(const CATUnicodeString& name);
     int get_Type() const { return _type; }
     void set_Type(int type) { _type = type; }
+    // Owned by this property, valid until its destruction (a string list is
+    // then handed to the keeper, valid until the process ends).
     void* get_Value() const { return _value; }
     // Replaces the pointer; the previous value is not freed.
     void set_Value(void* value) { _value = value; }

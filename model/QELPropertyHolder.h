@@ -12,6 +12,12 @@ class QELPropertySet;
 // The property operations that the session and every component offer: each
 // forwards to a property set created on the first add. Without a set, getters
 // give the neutral answers (empty text, -1, false, null, 0).
+//
+// Every pointer a getter answers (a matrix, an array, a list, a property, the
+// set) is owned by the holder's property set, valid until a value of another
+// kind replaces that property or the holder releases its properties; a value
+// replaced by one of the same kind is written in place, so the pointer stays
+// good. A product is the caller's to AddRef if it keeps it longer.
 class QELPropertyHolder {
 public:
     QELPropertyHolder() : _properties(nullptr) {}
@@ -31,6 +37,8 @@ public:
     void addDynamicProperty(const CATUnicodeString& name, const CATUnicodeString& key,
                             const CATUnicodeString& value, bool replaceValue);
 
+    // Pointers answered below are owned by the holder's property set (see
+    // above), valid until the property changes kind or the set is released.
     CATUnicodeString getStringProperty(const CATUnicodeString& name) const;
     int getIntegerProperty(const CATUnicodeString& name) const;
     bool getBooleanProperty(const CATUnicodeString& name) const;
@@ -40,6 +48,7 @@ public:
     int getIntegerProperty(const char* name) const;
     bool getBooleanProperty(const char* name) const;
     double* getMatrixProperty(const char* name) const;
+    // Owned by the holder's property set, as above.
     CATIProduct* getCATIProductProperty(const CATUnicodeString& name) const;
     TYPVectorCATUnicodeString* getStringArrayProperty(const CATUnicodeString& name) const;
     TYPVectorInt* getIntegerArrayProperty(const CATUnicodeString& name) const;
@@ -50,6 +59,7 @@ public:
     QELProperty* getProperty(const char* name) const;
     bool isPropertyExist(const CATUnicodeString& name) const;
 
+    // By index; a matrix is owned by the holder's property set, as above.
     int getPropertiesCount() const;
     CATUnicodeString getPropertyNameByIndex(int index) const;
     int getPropertyTypeByIndex(int index) const;
@@ -59,10 +69,13 @@ public:
     double* getMatrixPropertyByIndex(int index) const;
 
     bool clearStringArrayProperty(const CATUnicodeString& name);
-    // The set itself, null before the first add.
+    // The set itself, null before the first add; owned by this holder,
+    // valid until it releases its properties.
     QELPropertySet* getPropertySet() const { return _properties; }
 
 protected:
+    // The set, made on first use: owned by this holder, valid until it
+    // releases its properties.
     QELPropertySet* propertySet();
     void releaseProperties();
 

@@ -24,19 +24,22 @@ public:
     QELPropertyList(const QELPropertyList&) = delete;
     QELPropertyList& operator=(const QELPropertyList&) = delete;
 
+    // The property of that name, or null; owned by the set the list serves,
+    // valid until it is removed.
     QELProperty* find(const CATUnicodeString& name) const;
     // The same for an ISO-8859-1 name given as text.
     QELProperty* find(std::string_view name) const;
     // Appends a property whose name is not in the list yet.
     void append(QELProperty* property);
     // Takes the property of that name out and answers it; null when absent.
+    // The caller now decides its fate (deletes it or hands it on).
     QELProperty* remove(const CATUnicodeString& name);
     // Moves the property of that name behind every other one and answers
-    // it; null when absent.
+    // it, still in the list; null when absent.
     QELProperty* moveToEnd(const CATUnicodeString& name);
 
     int size() const { return static_cast<int>(_live); }
-    // In insertion order, from 0; null out of range.
+    // In insertion order, from 0; null out of range. Owned as find's.
     QELProperty* at(int index) const;
 
     // Every property in insertion order.

@@ -11,7 +11,8 @@
 // property instead of piling up for the life of the process.
 class QELPropertyNames {
 public:
-    // The shared copy of `name`, with one more holder.
+    // The shared copy of `name`, with one more holder; owned by this table,
+    // valid until the caller's matching release().
     static const CATUnicodeString* acquire(const CATUnicodeString& name);
     // One holder less; the copy is freed with its last holder. Null is ignored.
     static void release(const CATUnicodeString* name);

@@ -43,7 +43,9 @@ public:
     void addDynamicProperty(const CATUnicodeString& name, const CATUnicodeString& key,
                             const CATUnicodeString& value, bool replaceValue);
 
-    // By name. Pointers stay owned by the set.
+    // By name. A pointer answered is owned by the set, valid until a value of
+    // another kind replaces that property or the set is released (clear()
+    // leaves it to the process-lifetime keeper); null when absent.
     CATUnicodeString getStringPropertyValue(const CATUnicodeString& name) const;
     CATUnicodeString getStringPropertyValue(const char* name) const;
     // -1 when absent. The type is not checked: a boolean reads as 0 or 1, a
@@ -56,17 +58,20 @@ public:
     double* getMatrixPropertyValue(const char* name) const;
     TYPVectorCATUnicodeString* getDynamicPropertyValue(const CATUnicodeString& name) const;
     TYPVectorCATUnicodeString* getStringArrayProperty(const CATUnicodeString& name) const;
+    // Owned by the set, as above.
     TYPVectorInt* getIntegerArrayProperty(const CATUnicodeString& name) const;
     TYPVectorInt* getBooleanArrayProperty(const CATUnicodeString& name) const;
     CATIProduct* getCATIProductPropertyValue(const CATUnicodeString& name) const;
     CATListValCATUnicodeString* getStringListProperty(const CATUnicodeString& name) const;
     QELProperty* getProperty(const CATUnicodeString& name) const;
     // Names given as text are looked up without building a CATUnicodeString:
-    // the writer and the reader ask for fixed names all the time.
+    // the writer and the reader ask for fixed names all the time. Owned by the
+    // set, as above.
     QELProperty* getProperty(const char* name) const;
     bool isPropertyExist(const CATUnicodeString& name) const;
 
     // By index, 0 .. count-1. Out of range gives the answers of a missing name.
+    // Pointers are owned by the set, as above.
     int getPropertiesCount() const;
     QELProperty* getProperty(int index) const;
     CATUnicodeString getPropertyNameByIndex(int index) const;
@@ -92,9 +97,12 @@ private:
     void addProperty(int type, const CATUnicodeString& name, void* value);
     void addProperty(QELProperty* property);
     // The property of that name, moved to the end to take its new value,
-    // when it holds `type`; null otherwise.
+    // when it holds `type`; null otherwise. Owned by the set.
     QELProperty* reuse(const CATUnicodeString& name, int type);
+    // The value of the property of that name when it holds `type`, else
+    // null; owned by the set.
     void* valueOf(const CATUnicodeString& name, int type) const;
+    // New vector, caller deletes (the properties stay the set's).
     TYPVectorPQELProperty* getProperties(int type) const;
 
     QELPropertyList* _properties;

@@ -30,6 +30,8 @@ public:
     size_t findFrom(QELSession* session, const CATUnicodeString& name, size_t from);
     // Takes in the documents added to `session` since the last call.
     void follow(QELSession* session) { catchUp(session); }
+    // Owned by its maker (the model heap for the library's factories), valid
+    // until freed there.
     QELDocument* at(size_t position) const { return _documents[position]; }
     size_t size() const { return _documents.size(); }
 

@@ -45,7 +45,9 @@ public:
     // The light pass: options, entry flags and item identifiers only.
     void readOptions(QELSession* session);
 
-    // The absolute occurrences updated by execute, in answer order.
+    // The absolute occurrences updated by execute, in answer order: the vector
+    // is owned by this reader, valid until its destruction; the occurrences
+    // by their makers (the model heap for the library's factories).
     const TYPVectorPQELAbsoluteOccurrence& getOccurrences() const { return *_occurrences; }
 
 private:
@@ -71,10 +73,12 @@ private:
     bool getNodePosition(const char* name, long long start, long long& pos);
     // Value lines after the first get a line feed before and a blank after.
     bool getBaliseValueByName(long long start, const char* name, long long& pos, std::string& value);
+    // A new vector, caller deletes (empty when the element is not found).
     TYPVectorCATUnicodeString* getBaliseValueListByName(long long start, const char* name, long long& pos);
     long getTagValueByName(long long start, const CATUnicodeString& stopLine, const CATUnicodeString& name,
                            long long& pos, CATUnicodeString& value);
-    // The component designated by a POINTER_ADDRESS text, or null.
+    // The component designated by a POINTER_ADDRESS text, or null; owned by
+    // its maker, valid while it lives (the table of live components answers).
     static QELComponent* resolvePointer(const CATUnicodeString* token);
     // NBElements read at a block position stored in the entry map; -1 when
     // the block or the count is missing.
@@ -100,15 +104,16 @@ private:
         long long end = 0;
         bool complete = false; // its Item_Info closed
     };
-    // Reads the entry that begins at `start`, its values into `values`.
+    // Reads the entry that begins at `start`, its values into `values` (made
+    // when null: then the caller's, owned as getValuesAndStore's map).
     // False when it holds no Item_Info; `entry.end` is then where the search
     // for its closing line starts.
     bool readEntry(long long start, long long& pos, Entry& entry, TYPMapCATUnicodeStringPVoid*& values);
-    // `map` is made when null and then the caller's, who frees its values
-    // (clearEntryMap) and the map.
+    // `map` is made when null; the caller deletes it, its values first
+    // (clearEntryMap).
     bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);
     // `map` (running index -> component name -> SR list) is made when null;
-    // freeComponentsMap frees it and everything in it.
+    // caller deletes it with freeComponentsMap, which frees everything in it.
     bool getValuesAndStoreForComponents(long long start, long long& pos, TYPMapIntPVoid*& map);
     // Frees the values of an entry map and empties it.
     static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map);
@@ -132,11 +137,14 @@ private:
     bool applyEntry(QELSession* session, const ActiveDocument& active, const Entry& entry,
                     TYPMapCATUnicodeStringPVoid* values);
     // The document, occurrence or workspace the entry designates, updated;
-    // `workspace` is the workspace updated, if any. False as applyEntry.
+    // `workspace` is the workspace updated, if any: owned by its maker (the
+    // model heap for the library's factories). False as applyEntry.
     bool updateDesignated(QELSession* session, const Entry& entry, TYPMapCATUnicodeStringPVoid* values,
                           QELWorkSpace*& workspace);
     // At checkout of a product, a part's Load_Flag on its default document.
     void applyLoadFlag(QELWorkSpace* workspace, TYPMapCATUnicodeStringPVoid* values);
+    // The workspace updated: `workspace`, or one made for the entry, owned by
+    // the model heap, valid until QELModelHeap::freeAll.
     QELWorkSpace* createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,
                                   TYPMapCATUnicodeStringPVoid* map);
     void createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, long long start,
@@ -168,6 +176,7 @@ private:
     // ---- composites, external and analysis files (QELXMLToDMFiles.cpp) -------
     long readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map);
     long readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map);
+    // Both vectors are new, caller deletes.
     bool getValuesAndStoreAnalysisFiles(long long start, long long& pos, TYPVectorCATUnicodeString*& resultFiles,
                                         TYPVectorCATUnicodeString*& computeFiles);
 

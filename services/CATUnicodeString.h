@@ -42,8 +42,8 @@ public:
     CATUnicodeString& BuildFromNum(long value);
     CATUnicodeString& BuildFromNum(double value);
 
-    // Conversions. The pointer of ConvertToChar stays valid until the string
-    // is changed or destroyed.
+    // Conversions. The text of ConvertToChar is owned by the string, valid
+    // until the string is changed or destroyed.
     const char* ConvertToChar() const { return _latin1.c_str(); }
     const std::string& ToLatin1() const { return _latin1; }
     std::string ConvertToUTF8() const;

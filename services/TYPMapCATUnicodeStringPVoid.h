@@ -59,6 +59,8 @@ public:
     int insert(const CATUnicodeString& key, void* object, const char* typeTag = "", int flag = 0);
     int insert(CATUnicodeString&& key, void* object, const char* typeTag = "", int flag = 0);
     // The object under `key`, or null. A non-empty tag must match the entry's.
+    // Objects are never the map's: an object answered is owned by whoever
+    // inserted it, valid until that owner frees it.
     void* find(const CATUnicodeString& key, const char* typeTag = "") const;
     // The same for an ISO-8859-1 key given as text (null reads as empty),
     // without building a CATUnicodeString for it.
@@ -71,6 +73,9 @@ public:
     bool empty() const { return _live == 0; }
 
     // Index access in iteration order, from 0; null / empty key out of range.
+    // The object is owned as find's; the key is owned by the map, valid until
+    // its next insert or erase; the tag is interned (TYPTypeTag), valid until
+    // the process ends.
     void* getObject(int index) const;
     const CATUnicodeString* getKey(int index) const;
     const std::string* getTag(int index) const;
@@ -87,7 +92,8 @@ private:
     bool indexed() const { return _slots && !_slots->empty(); }
     long locate(const CATUnicodeString& key) const;
     long locate(std::string_view key) const;
-    // The object of entry `i` (-1: none) when its tag matches.
+    // The object of entry `i` (-1: none) when its tag matches; owned as
+    // find's.
     void* objectAt(long i, const char* typeTag) const;
     // Appends a key known to be absent.
     void append(CATUnicodeString&& key, void* object, const char* typeTag);

@@ -56,6 +56,8 @@ public:
     const std::string& name() const { return *_name; }
 
     int insert(int key, void* object, const char* typeTag = "", int flag = 0);
+    // The object under `key`, or null; owned by whoever inserted it (never
+    // the map), valid until that owner frees it.
     void* find(int key, const char* typeTag = "") const;
     int erase(int key);
     void clear();
@@ -68,6 +70,7 @@ public:
 private:
     static constexpr size_t kFlatLimit = 64;
 
+    // The entry of `key`, or null; owned by the map, valid until it changes.
     const Entry* locate(int key) const;
 
     const std::string* _name;

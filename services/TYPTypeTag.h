@@ -7,7 +7,8 @@
 // they are interned once so that every map entry holds a pointer, not a copy.
 class TYPTypeTag {
 public:
-    // The interned copy of `text` (null is taken as empty). Never freed.
+    // The interned copy of `text` (null is taken as empty): owned by this
+    // table, valid until the process ends.
     static const std::string* intern(const char* text);
     static const std::string* empty();
 };

@@ -13,6 +13,8 @@ public:
     UTILObjectPool& operator=(const UTILObjectPool&) = delete;
     ~UTILObjectPool() { freeAll(); }
 
+    // Takes `object` over and answers it: owned by the pool from now on,
+    // valid until freeAll or the pool's destruction.
     template <typename T> T* adopt(T* object) {
         if (object)
             _held.push_back(Held{object, &deleteAs<T>});

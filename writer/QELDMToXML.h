@@ -129,7 +129,8 @@ private:
     // vector, which the caller deletes (null without children).
     static TYPVectorPQELAbsoluteOccurrence* getOrderedChildren(QELAbsoluteOccurrence* occurrence);
     // The workspace opened on the document, else the occurrence of the item
-    // it belongs to; owned by the model, valid while the model is.
+    // it belongs to; owned by its maker (the model heap for the library's
+    // factories), valid until freed there.
     QELComponent* getMasterComponent(QELDocument* document);
 
     // ---- catalog traversals (QELDMToXMLCatalog.cpp) ----------------------
@@ -177,7 +178,8 @@ private:
                          QELItem* parentItem, QELDocument* parentDocument, QELFile* parentFile);
     long writeDescForUpdateStatus(TYPVectorPCV5CAAQELDocument* documents);
     // The modified state of a block in a flattening export; answers whether
-    // the mapping attributes are to be written and with which component.
+    // the mapping attributes are to be written and with which component (one
+    // of the block's own, owned by the model).
     int flatteningModifiedFlag(QELSession* session, QELComponent* component, QELItem* item, QELDocument* document,
                                unsigned char flattening, bool& writeMapping, QELComponent*& mappingComponent);
     // DST_Version + Date_Last_Modification when "Dat_File_Version" is "0",
@@ -246,7 +248,8 @@ private:
     void writeSheetsForDrawing(QELDocument* document);
     long writeConfiguration(QELWorkSpace* workspace);
     // Adds to `into` the links of `from` whose secondary it does not name yet
-    // (names compared ignoring letter case); `into` keeps its own vector.
+    // (names compared ignoring letter case); `into` keeps its own vector,
+    // owned by the caller, and the links stay the model heap's.
     static void merge(TYPVectorPQELLink*& into, TYPVectorPQELLink* from);
 
     // ---- assembly occurrence description (QELDMToXMLOccurrences.cpp) --------
