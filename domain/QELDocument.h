@@ -31,6 +31,12 @@ public:
     // Prefix of the qualified function names given to the journal and the
     // error handler.
     static constexpr const char* _CteCLASS_NAME = "QELDocument::";
+    // The document's dynamic pair lists of mapping attributes (names at even
+    // places, each followed by its value): the PDM mapping's, the OEM's and
+    // the CAD system's own. The first is also filled from the answer.
+    static constexpr const char* kMappingAttributes = "Mapping_Attribut";
+    static constexpr const char* kOEMMappingAttributes = "OEM_Mapping_Attribut";
+    static constexpr const char* kCATIAMappingAttributes = "CATIA_Mapping_Attribut";
 
     QELDocument();
     explicit QELDocument(const CATUnicodeString& name);

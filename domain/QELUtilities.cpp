@@ -43,7 +43,7 @@ CATUnicodeString QELUtilities::getFileExtension(const CATUnicodeString& fileName
 CATUnicodeString QELUtilities::getPropertyValueMappingAttributes(QELDocument* document,
                                                                  const CATUnicodeString& name) {
     if (!document || name.IsNull()) return CATUnicodeString();
-    const TYPVectorCATUnicodeString* pairs = document->getDynamicProperty("CATIA_Mapping_Attribut");
+    const TYPVectorCATUnicodeString* pairs = document->getDynamicProperty(QELDocument::kCATIAMappingAttributes);
     if (!pairs) return CATUnicodeString();
     for (int i = 0; i < pairs->size(); ++i) {
         if ((*pairs)[i] == name) return i + 1 < pairs->size() ? (*pairs)[i + 1] : CATUnicodeString();

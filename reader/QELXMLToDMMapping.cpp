@@ -139,7 +139,7 @@ long QELXMLToDM::updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDoc
                     return getTagValueByName(at, stopLine, QELElement::Attribut, at, value);
                 },
                 [&](const CATUnicodeString& name, const CATUnicodeString& value) {
-                    document->addDynamicProperty("Mapping_Attribut", name, value, false);
+                    document->addDynamicProperty(QELDocument::kMappingAttributes, name, value, false);
                 });
         }
     }

@@ -535,7 +535,7 @@ void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATU
         forEachValuePair(file, function, QELElement::Mapping_Attribut, QELElement::Attribut, attributes / 2, pos,
                          readValue,
                          [&](const CATUnicodeString& name, const CATUnicodeString& value) {
-                             document->addDynamicProperty("Mapping_Attribut", name, value, false);
+                             document->addDynamicProperty(QELDocument::kMappingAttributes, name, value, false);
                          });
     }
     JNLManager::endFunction(function, -1);

@@ -124,7 +124,7 @@ void QELDMToXML::writeDescDesignTableForSavePhase1(QELSession*, QELDocument* des
     DesignTableRows rows;
     rows.pointerAddress = rows.parents = rows.type = rows.dateLastModification = rows.info = true;
     rows.modifiedFlag = DesignTableRows::FromProperty;
-    rows.mappingProperty = "Mapping_Attribut";
+    rows.mappingProperty = QELDocument::kMappingAttributes;
     if (flag) {
         // A design table shared by several owners is described in full only
         // the first time the export meets it.
@@ -152,7 +152,7 @@ void QELDMToXML::writeDescDesignTableForCreateSpreadSheet(QELSession*, QELDocume
     DesignTableRows rows;
     rows.parents = rows.type = rows.dateLastModification = rows.info = true;
     rows.modifiedFlag = DesignTableRows::FromProperty;
-    rows.mappingProperty = "OEM_Mapping_Attribut";
+    rows.mappingProperty = QELDocument::kOEMMappingAttributes;
     writeDesignTableBlock(rows, designTable, item, file, parentItem, parentFile);
 }
 
@@ -161,7 +161,7 @@ void QELDMToXML::writeDescDesignTableForImport(QELSession*, QELDocument* designT
     DesignTableRows rows;
     rows.pointerAddress = rows.parents = rows.type = rows.dateLastModification = rows.info = true;
     rows.modifiedFlag = DesignTableRows::FromProperty;
-    rows.mappingProperty = "OEM_Mapping_Attribut";
+    rows.mappingProperty = QELDocument::kOEMMappingAttributes;
     rows.externalFiles = true;
     writeDesignTableBlock(rows, designTable, item, file, parentItem, parentFile);
 }
@@ -171,7 +171,7 @@ void QELDMToXML::writeDescDesignTableForStateDetails(QELSession*, QELDocument* d
     DesignTableRows rows;
     rows.type = rows.dateLastModification = rows.fixedMAJ = true;
     rows.modifiedFlag = DesignTableRows::FromProperty;
-    rows.mappingProperty = "Mapping_Attribut";
+    rows.mappingProperty = QELDocument::kMappingAttributes;
     rows.pointerAddress = ENVManager::isManageCatiaStatusInCatiaTree();
     rows.isDocSelected = PROCManager::isProcessStateDetails();
     writeDesignTableBlock(rows, designTable, item, file, nullptr, nullptr);
@@ -187,7 +187,7 @@ void QELDMToXML::writeDescDesignTableForBRR(QELSession*, QELDocument* designTabl
     DesignTableRows rows;
     rows.pointerAddress = rows.dateLastModification = rows.info = true;
     rows.modifiedFlag = DesignTableRows::FromProperty;
-    rows.mappingProperty = "OEM_Mapping_Attribut";
+    rows.mappingProperty = QELDocument::kOEMMappingAttributes;
     writeDesignTableBlock(rows, designTable, item, file, nullptr, nullptr);
 }
 

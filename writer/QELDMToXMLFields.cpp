@@ -354,21 +354,22 @@ void QELDMToXML::writeType(QELComponent* component, QELDocument* document) {
 // ---- mapping attributes ----------------------------------------------------
 
 long QELDMToXML::writeMappingAttributes(QELComponent* component, QELDocument* document) {
-    if (TYPVectorCATUnicodeString* pairs = mappingList(document, "Mapping_Attribut", "writeMappingAttributes"))
+    if (TYPVectorCATUnicodeString* pairs =
+            mappingList(document, QELDocument::kMappingAttributes, "writeMappingAttributes"))
         writeDynamicAttributes(QELElement::Mapping_Attribut, pairs, QELElement::Attribut, component, document);
     return 0;
 }
 
 long QELDMToXML::writeOEMMappingAttributes(QELComponent* component, QELDocument* document) {
     if (TYPVectorCATUnicodeString* pairs =
-            mappingList(document, "OEM_Mapping_Attribut", "writeOEMMappingAttributes"))
+            mappingList(document, QELDocument::kOEMMappingAttributes, "writeOEMMappingAttributes"))
         writeDynamicAttributes(QELElement::Mapping_Attribut, pairs, QELElement::Attribut, component, document);
     return 0;
 }
 
 long QELDMToXML::writeCATIAMappingAttributes(QELComponent* component, QELDocument* document) {
     if (TYPVectorCATUnicodeString* pairs =
-            mappingList(document, "CATIA_Mapping_Attribut", "writeCATIAMappingAttributes"))
+            mappingList(document, QELDocument::kCATIAMappingAttributes, "writeCATIAMappingAttributes"))
         writeDynamicAttributes(QELElement::Mapping_Attribut, pairs, QELElement::Attribut, component, document);
     return 0;
 }
@@ -415,8 +416,9 @@ void QELDMToXML::writeDynamicAttributes(const CATUnicodeString& element, TYPVect
 // whose names the mapping does not have.
 void QELDMToXML::writeMappingAttributesForDrawingOnImport(QELComponent* component, QELDocument* document) {
     TYPVectorCATUnicodeString* mapping =
-        mappingList(document, "Mapping_Attribut", "writeMappingAttributesForDrawingOnImport");
-    TYPVectorCATUnicodeString* oem = document ? document->getDynamicProperty("OEM_Mapping_Attribut") : nullptr;
+        mappingList(document, QELDocument::kMappingAttributes, "writeMappingAttributesForDrawingOnImport");
+    TYPVectorCATUnicodeString* oem =
+        document ? document->getDynamicProperty(QELDocument::kOEMMappingAttributes) : nullptr;
     if (!mapping || !oem) {
         TYPVectorCATUnicodeString* only = mapping ? mapping : oem;
         if (only) writeDynamicAttributes(QELElement::Mapping_Attribut, only, QELElement::Attribut, component, document);
@@ -451,7 +453,7 @@ void QELDMToXML::writeMappingAttributesForDrawingOnImport(QELComponent* componen
 void QELDMToXML::writeDynamicAttributesForImportCompCatalog(const CATUnicodeString& element,
                                                             QELComponent* component, QELDocument* document) {
     TYPVectorCATUnicodeString* pairs =
-        mappingList(document, "Mapping_Attribut", "writeDynamicAttributesForImportCompCatalog");
+        mappingList(document, QELDocument::kMappingAttributes, "writeDynamicAttributesForImportCompCatalog");
     if (!pairs) return;
     if (isBroken(component)) {
         JNLManager::writeMsg("QELDMToXML::writeDynamicAttributes: does not manage dynamic attributes on broken icon");
