@@ -19,8 +19,11 @@ public:
     static void remove(uint64_t handle);
     // The live component of that handle, or null.
     static QELComponent* resolve(uint64_t handle);
-    // Parses exactly 16 hexadecimal digits (either case, optional "0x"
-    // prefix, surrounding blanks ignored); null for anything else.
+    // The handle a token prints: exactly 16 hexadecimal digits (either case,
+    // optional "0x" prefix, surrounding blanks ignored); false for anything else.
+    static bool parse(const std::string& token, uint64_t& handle);
+    // The live component a token designates; null for a token that parse()
+    // refuses or a handle that is not live.
     static QELComponent* resolve(const std::string& token);
     // The 16 upper-case hexadecimal digits of a handle.
     static std::string format(uint64_t handle);

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "QELAnswerCrossCheck.h"
 #include "QELAnswerSimulator.h"
 #include "QELChangeTable.h"
 #include "QELCommandSupport.h"
@@ -22,6 +23,7 @@ struct ApplyOptions {
     std::string format = "text";
     std::string keep;
     bool optionsOnly = false;
+    bool force = false;
     QELProcessChoice choice;
 };
 
@@ -48,6 +50,34 @@ bool answerIsWellFramed(const std::string& path) {
     return report.problemCount == 0;
 }
 
+// An answer entry that does not match the component its token designates
+// would move one component's identifiers onto another: such an answer is
+// refused whole, before anything is read into the model, unless forced.
+bool answerMatchesSession(const std::string& path, bool force) {
+    QELCrossCheckReport report;
+    std::string error;
+    bool checked = false;
+    {
+        QELProgress progress("comparing the answer with the session");
+        checked = qelCrossCheckAnswer(path, qelExpectedFromModel, report, error,
+                                      [&progress](long long done, long long total) { progress.update(done, total); });
+    }
+    if (!checked) {
+        qelSay("%s: %s", path.c_str(), error.c_str());
+        return false;
+    }
+    if (report.count == 0) return true;
+    qelListMismatches(path, report, force ? "warning: " : "");
+    if (force) {
+        qelSay("warning: %s: %zu mismatch%s with the session; applied all the same (--force)", path.c_str(),
+               report.count, report.count == 1 ? "" : "es");
+        return true;
+    }
+    qelSay("%s: %zu mismatch%s with the session; nothing applied (--force applies the answer anyway)", path.c_str(),
+           report.count, report.count == 1 ? "" : "es");
+    return false;
+}
+
 // Records the session, reads the answer, prints the difference.
 int readAndPrint(const std::string& answer, const ApplyOptions& options) {
     QELChangeTable table;
@@ -67,6 +97,7 @@ int apply(const ApplyOptions& options) {
     QELModelScope model;
     if (!qelBuildSession(options.session, options.choice)) return QELExit_Usage;
     if (!answerIsWellFramed(options.answer)) return QELExit_Usage;
+    if (!answerMatchesSession(options.answer, options.force)) return QELExit_Failed;
     return readAndPrint(options.answer, options);
 }
 
@@ -105,6 +136,9 @@ int roundtrip(const ApplyOptions& options) {
             return QELExit_Failed;
         }
     }
+    // The answer is made here from the session's own description, so a
+    // mismatch is a fault of the program itself: never forced.
+    if (!answerMatchesSession(answer, false)) return QELExit_Failed;
     return readAndPrint(answer, options);
 }
 
@@ -129,6 +163,9 @@ void qelAddApplyCommands(CLI::App& app, QELRun& run) {
         ->check(CLI::ExistingFile);
     apply->add_option("ANSWER", applyOptions->answer, "the answer file")->required()->check(CLI::ExistingFile);
     addTableOptions(*apply, *applyOptions);
+    apply->add_flag("--force", applyOptions->force,
+                    "apply an answer whose entries do not match the components their POINTER_ADDRESS designates "
+                    "(listed as warnings)");
     apply->callback([&run, applyOptions] { run.work = [applyOptions] { return ::apply(*applyOptions); }; });
 
     auto roundtripOptions = std::make_shared<ApplyOptions>();

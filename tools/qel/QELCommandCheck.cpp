@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "QELAnswerCrossCheck.h"
 #include "QELCommandSupport.h"
 #include "QELCommands.h"
 #include "QELFrameCheck.h"
@@ -15,7 +16,49 @@ namespace {
 
 struct CheckOptions {
     std::vector<std::string> files;
+    std::string description;
 };
+
+// Each answer's entries against the description's entry of the same token;
+// false when a file cannot be read, `mismatched` set when one does not match.
+bool crossCheck(const std::vector<std::string>& answers, const std::string& descriptionPath, bool& mismatched) {
+    QELDescribedEntries description;
+    std::string error;
+    {
+        QELProgress progress("indexing the description " + descriptionPath);
+        if (!description.read(descriptionPath, error)) {
+            qelSay("%s: %s", descriptionPath.c_str(), error.c_str());
+            return false;
+        }
+    }
+    const QELExpectation expectation = [&description](const std::string& token, QELExpectedEntry& out,
+                                                      std::string& why) { return description.expected(token, out, why); };
+    for (const std::string& path : answers) {
+        QELCrossCheckReport report;
+        bool checked = false;
+        {
+            QELProgress progress("comparing " + path + " with " + descriptionPath);
+            checked = qelCrossCheckAnswer(path, expectation, report, error,
+                                          [&progress](long long done, long long total) { progress.update(done, total); });
+        }
+        if (!checked) {
+            qelSay("%s: %s", path.c_str(), error.c_str());
+            return false;
+        }
+        for (size_t i = 0; i < report.mismatches.size() && i < kListedMismatches; ++i)
+            std::printf("%s:%ld: %s\n", path.c_str(), report.mismatches[i].line, report.mismatches[i].message.c_str());
+        if (report.count > kListedMismatches)
+            std::printf("%s: %zu further mismatches not listed\n", path.c_str(), report.count - kListedMismatches);
+        if (report.count == 0) {
+            std::printf("%s: every entry matches %s\n", path.c_str(), descriptionPath.c_str());
+        } else {
+            qelSay("%s: %zu mismatch%s with %s", path.c_str(), report.count, report.count == 1 ? "" : "es",
+                   descriptionPath.c_str());
+            mismatched = true;
+        }
+    }
+    return true;
+}
 
 int check(const CheckOptions& options) {
     int status = QELExit_Success;
@@ -44,6 +87,11 @@ int check(const CheckOptions& options) {
             status = QELExit_Failed;
         }
     }
+    if (!options.description.empty() && status == QELExit_Success) {
+        bool mismatched = false;
+        if (!crossCheck(options.files, options.description, mismatched)) return QELExit_Usage;
+        if (mismatched) status = QELExit_Failed;
+    }
     return status;
 }
 
@@ -56,6 +104,10 @@ void qelAddCheckCommand(CLI::App& app, QELRun& run) {
                  "problem with its line number (exit status 1 when there is one)");
     command->add_option("FILE", options->files, "description or answer files")
         ->required()
+        ->check(CLI::ExistingFile);
+    command->add_option("--description", options->description,
+                        "compare each answer with this description: every entry with the description's entry of "
+                        "its POINTER_ADDRESS (what must match: docs/qel.md)")
         ->check(CLI::ExistingFile);
     command->callback([&run, options] { run.work = [options] { return check(*options); }; });
 }

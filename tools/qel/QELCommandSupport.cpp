@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include "EMHManager.h"
+#include "QELAnswerCrossCheck.h"
 #include "QELDMToXML.h"
 #include "QELProgress.h"
 #include "QELSession.h"
@@ -94,6 +95,13 @@ bool qelReadAnswer(const std::string& path, bool optionsOnly) {
     }
     qelReportLibraryErrors();
     return true;
+}
+
+void qelListMismatches(const std::string& path, const QELCrossCheckReport& report, const char* prefix) {
+    for (size_t i = 0; i < report.mismatches.size() && i < kListedMismatches; ++i)
+        qelSay("%s%s:%ld: %s", prefix, path.c_str(), report.mismatches[i].line, report.mismatches[i].message.c_str());
+    if (report.count > kListedMismatches)
+        qelSay("%s%s: %zu further mismatches not listed", prefix, path.c_str(), report.count - kListedMismatches);
 }
 
 std::string qelBundledSession() {

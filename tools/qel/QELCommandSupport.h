@@ -48,6 +48,13 @@ bool qelReadAnswer(const std::string& path, bool optionsOnly);
 // The errors the library reported since the last call, as warnings.
 void qelReportLibraryErrors();
 
+// The mismatches of an answer cross-check on standard error, each as
+// "qel: <prefix>FILE:LINE: message": the first kListedMismatches, then how
+// many more there are.
+struct QELCrossCheckReport;
+constexpr size_t kListedMismatches = 20;
+void qelListMismatches(const std::string& path, const QELCrossCheckReport& report, const char* prefix);
+
 // The session file bundled with qel: examples/session.json of the source
 // tree, or its installed copy.
 std::string qelBundledSession();
