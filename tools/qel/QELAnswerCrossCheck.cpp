@@ -11,37 +11,13 @@
 #include "QELItem.h"
 #include "QELLineReader.h"
 #include "QELSessionFile.h"
+#include "QELShownText.h"
 #include "QELUtilities.h"
 #include "QELWorkSpace.h"
 
 namespace {
 
 using Field = QELEntryField;
-
-// Text from a file, quoted, with what a terminal could take for a command
-// escaped and a long value cut short.
-std::string shown(const std::string& text) {
-    static const char kHex[] = "0123456789abcdef";
-    constexpr size_t kShown = 60;
-    std::string out = "\"";
-    for (size_t i = 0; i < text.size() && i < kShown; ++i) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        if (c < 0x20 || c >= 0x7F || c == '\\' || c == '"') {
-            if (c == '\\' || c == '"') {
-                out += '\\';
-                out += static_cast<char>(c);
-            } else {
-                out += "\\x";
-                out += kHex[c >> 4];
-                out += kHex[c & 15];
-            }
-        } else {
-            out += static_cast<char>(c);
-        }
-    }
-    if (text.size() > kShown) out += "...";
-    return out + "\"";
-}
 
 std::string latin1(const CATUnicodeString& text) { return text.ConvertToChar(); }
 
@@ -160,11 +136,11 @@ bool qelExpectedFromModel(const std::string& token, QELExpectedEntry& out, std::
         return false;
     }
     if (!describedObjects(component, d)) {
-        why = "designates " + shown(latin1(component->get_ClassName())) + " " + shown(latin1(component->get_Name())) +
+        why = "designates " + qelShown(latin1(component->get_ClassName())) + " " + qelShown(latin1(component->get_Name())) +
               ", which no entry describes";
         return false;
     }
-    out.who = std::string(d.kind) + " " + shown(latin1(component->get_Name())) + " of the session (" + token + ")";
+    out.who = std::string(d.kind) + " " + qelShown(latin1(component->get_Name())) + " of the session (" + token + ")";
     out.broken = component->getBooleanProperty("IsBrokenIcon");
     out.documentType = out.broken || !d.document ? EnumDocumentType_Unset : d.document->getType();
     out.typeShown = out.broken ? "a broken icon" : std::string("of type ") + qelDocumentTypeName(out.documentType);
@@ -206,7 +182,7 @@ public:
         const long line = answer.lineOf(Field::Token);
         uint64_t handle = 0;
         if (!QELHandleTable::parse(token, handle)) {
-            _report.add(line, "POINTER_ADDRESS " + shown(token) + " is not a handle (16 hexadecimal digits)");
+            _report.add(line, "POINTER_ADDRESS " + qelShown(token) + " is not a handle (16 hexadecimal digits)");
             return;
         }
         const auto first = _seen.emplace(handle, line);
@@ -235,9 +211,9 @@ private:
     void compare(const QELEntryFields& answer, Field answered, const QELExpectedEntry& expected, Field field) {
         if (!differs(answer, answered, expected.described, field)) return;
         _report.add(answer.lineOf(answered), std::string(qelEntryFieldName(answered)) + " " +
-                                                 shown(answer.value(answered)) + ", but " + expected.who + " has " +
+                                                 qelShown(answer.value(answered)) + ", but " + expected.who + " has " +
                                                  qelEntryFieldName(field) + " " +
-                                                 shown(expected.described.value(field)));
+                                                 qelShown(expected.described.value(field)));
     }
 
     const std::string& _path;

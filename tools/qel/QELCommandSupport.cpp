@@ -5,17 +5,27 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <unordered_map>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "EMHManager.h"
 #include "QELAnswerCrossCheck.h"
+#include "QELEntryCount.h"
+#include "QELErrorCodes.h"
+#include "QELFrameCheck.h"
+#include "QELShownText.h"
 #include "QELDMToXML.h"
 #include "QELProgress.h"
 #include "QELSession.h"
 #include "QELSessionFile.h"
 #include "QELXMLToDM.h"
+
+namespace {
+// The writer's error when the entries written differ from its NBElements.
+constexpr long kCountDiffers = 2104;
+} // namespace
 
 void qelSay(const char* format, ...) {
     std::fputs("qel: ", stderr);
@@ -59,12 +69,47 @@ bool qelBuildSession(const std::string& path, const QELProcessChoice& choice) {
 
 QELModelScope::~QELModelScope() { QELSession::freeModel(); }
 
-void qelReportLibraryErrors() {
-    for (const EMHManager::Entry& entry : EMHManager::entries())
-        qelSay("warning: %s: error %ld%s%s", entry.function.c_str(), entry.code, entry.detail.empty() ? "" : ": ",
-               entry.detail.c_str());
+void qelReportLibraryErrors(bool countExplained) {
+    for (const EMHManager::Entry& entry : EMHManager::entries()) {
+        if (countExplained && entry.code == kCountDiffers) continue;
+        const char* meaning = qelErrorMeaning(entry.code);
+        qelSay("warning: %s: error %ld%s%s%s%s%s", entry.function.c_str(), entry.code, meaning ? " (" : "",
+               meaning ? meaning : "", meaning ? ")" : "", entry.detail.empty() ? "" : ": ",
+               entry.detail.empty() ? "" : qelShown(entry.detail, 200).c_str());
+    }
     EMHManager::clear();
 }
+
+namespace {
+
+// The writer reports a count that differs from what it wrote; some of its
+// counting rules make that difference on purpose. Says which, from the
+// model; true when they account for all of it.
+bool explainEntryCount(const std::string& path) {
+    QELFrameReport frame;
+    std::unordered_map<uint64_t, long> written;
+    std::string error;
+    if (!qelCheckFrame(path, frame, error) || frame.announced < 0 || !qelWrittenTokens(path, written, error))
+        return false;
+    const QELCountExplanation explanation = qelExplainEntryCount(written);
+    if (explanation.explains(frame.announced)) {
+        qelSay("note: %s: %s", path.c_str(), qelCountNote(frame.announced, frame.entries, explanation).c_str());
+        return true;
+    }
+    if (!explanation.catalog)
+        qelSay("warning: %s: NBElements announces %ld entries and %ld are written; %ld entries of difference follow "
+               "none of the writer's counting rules",
+               path.c_str(), frame.announced, frame.entries, explanation.unexplained);
+    return false;
+}
+
+bool countDiffers() {
+    for (const EMHManager::Entry& entry : EMHManager::entries())
+        if (entry.code == kCountDiffers) return true;
+    return false;
+}
+
+} // namespace
 
 bool qelWriteDescription(const std::string& path) {
     bool failed = false;
@@ -74,7 +119,7 @@ bool qelWriteDescription(const std::string& path) {
         writer.execute(QELSession::getInstance());
         failed = writer.hasFailed();
     }
-    qelReportLibraryErrors();
+    qelReportLibraryErrors(!failed && countDiffers() && explainEntryCount(path));
     if (failed) qelSay("%s: the description could not be written", path.c_str());
     return !failed;
 }

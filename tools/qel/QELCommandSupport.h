@@ -39,14 +39,17 @@ public:
 };
 
 // Writes the session's description; false (reported) when it could not be
-// written.
+// written. A count that differs from the entries written is explained by
+// the writer's counting rules where they account for it (a note), and
+// warned about otherwise.
 bool qelWriteDescription(const std::string& path);
 // Reads an answer into the session: the full reading, or only the options
 // pass (entry flags and item identifiers). False (reported) when the file
 // cannot be read.
 bool qelReadAnswer(const std::string& path, bool optionsOnly);
-// The errors the library reported since the last call, as warnings.
-void qelReportLibraryErrors();
+// The errors the library reported since the last call, as warnings with
+// what their number means; without the count error when it was explained.
+void qelReportLibraryErrors(bool countExplained = false);
 
 // The mismatches of an answer cross-check on standard error, each as
 // "qel: <prefix>FILE:LINE: message": the first kListedMismatches, then how

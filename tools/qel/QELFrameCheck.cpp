@@ -75,6 +75,10 @@ public:
         else if (lastLine == 1) problem(1, "the file ends before <DESCFILE>");
         for (const OpenElement& element : _stack) problem(element.line, "<" + element.name + "> is never closed");
         if (lastLine >= 2 && !_sawRoot) return;
+        if (_countValid) {
+            _report.announced = _announced;
+            _report.countLine = _countLine;
+        }
         if (_countLine == 0) {
             if (lastLine >= 2) problem(lastLine, "no NBElements under <DESCFILE>: the reader reads no entry");
         } else if (_countValid && _announced != _report.entries) {

@@ -22,6 +22,8 @@ struct QELFrameReport {
     size_t problemCount = 0;               // all of them, kept or not
     long entries = 0;
     long lines = 0;
+    long announced = -1; // NBElements' value; -1 when missing or not a number
+    long countLine = 0;  // the line of that value
     static constexpr size_t kMaxKept = 10000;
 };
 

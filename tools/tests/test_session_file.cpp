@@ -358,7 +358,7 @@ protected:
 };
 
 TEST_F(ExampleSessionTest, BuildsTheExpectedComponents) {
-    EXPECT_EQ(session->getItemCount(), 11);
+    EXPECT_EQ(session->getItemCount(), 12);
     EXPECT_EQ(session->getDocumentCount(), 14) << "three documents are not registered in the session";
     EXPECT_EQ(session->getWorkSpaceCount(), 3);
     EXPECT_EQ(session->getActiveWorkSpace(), gearbox);
