@@ -16,6 +16,7 @@
 #include "QELErrorCodes.h"
 #include "QELFrameCheck.h"
 #include "QELShownText.h"
+#include "QELUnwritableText.h"
 #include "QELDMToXML.h"
 #include "QELProgress.h"
 #include "QELSession.h"
@@ -113,6 +114,8 @@ bool countDiffers() {
 
 bool qelWriteDescription(const std::string& path) {
     bool failed = false;
+    QELUnwritableText unwritable;
+    unwritable.collect();
     {
         QELProgress progress("writing the description " + path);
         QELDMToXML writer(path.c_str());
@@ -121,6 +124,7 @@ bool qelWriteDescription(const std::string& path) {
     }
     qelReportLibraryErrors(!failed && countDiffers() && explainEntryCount(path));
     if (failed) qelSay("%s: the description could not be written", path.c_str());
+    else unwritable.report(path);
     return !failed;
 }
 
