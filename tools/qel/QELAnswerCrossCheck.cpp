@@ -88,6 +88,18 @@ bool differs(const QELEntryFields& answer, Field answered, const QELEntryFields&
 
 } // namespace
 
+std::string QELExpectedEntry::who(const std::string& token) const {
+    if (component)
+        return std::string(kind) + " " + qelShown(latin1(component->get_Name())) + " of the session (" + token + ")";
+    return "the description's entry of " + token + " (" + (source ? *source : std::string()) + ":" +
+           std::to_string(sourceLine) + ")";
+}
+
+std::string QELExpectedEntry::typeShown() const {
+    if (!element.empty()) return "<" + element + ">";
+    return broken ? "a broken icon" : std::string("of type ") + qelDocumentTypeName(documentType);
+}
+
 void QELCrossCheckReport::add(long line, std::string message) {
     ++count;
     if (mismatches.size() < kMaxKept) mismatches.push_back({line, std::move(message)});
@@ -120,9 +132,9 @@ bool QELDescribedEntries::expected(const std::string& token, QELExpectedEntry& o
         return false;
     }
     const QELEntryFields& entry = found->second;
-    out.who = "the description's entry of " + token + " (" + _path + ":" + std::to_string(entry.line) + ")";
+    out.source = &_path;
+    out.sourceLine = entry.line;
     out.element = entry.type;
-    out.typeShown = "<" + entry.type + ">";
     out.broken = entry.type == "Unknown";
     out.described = entry;
     return true;
@@ -140,10 +152,10 @@ bool qelExpectedFromModel(const std::string& token, QELExpectedEntry& out, std::
               ", which no entry describes";
         return false;
     }
-    out.who = std::string(d.kind) + " " + qelShown(latin1(component->get_Name())) + " of the session (" + token + ")";
+    out.component = component;
+    out.kind = d.kind;
     out.broken = component->getBooleanProperty("IsBrokenIcon");
     out.documentType = out.broken || !d.document ? EnumDocumentType_Unset : d.document->getType();
-    out.typeShown = out.broken ? "a broken icon" : std::string("of type ") + qelDocumentTypeName(out.documentType);
     QELEntryFields& was = out.described;
     was.present.fill(false);
     // The second save phase only completes the first phase's blocks: its
@@ -198,7 +210,7 @@ public:
             return;
         }
         if (!elementMatches(answer.type, expected))
-            _report.add(answer.line, "entry <" + answer.type + ">, but " + expected.who + " is " + expected.typeShown);
+            _report.add(answer.line, "entry <" + answer.type + ">, but " + expected.who(token) + " is " + expected.typeShown());
         if (expected.broken) return;
         compare(answer, Field::InstanceName, expected, Field::InstanceName);
         if (answer.value(Field::OccCreatedFlag) != "1") compare(answer, Field::OccUid, expected, Field::OccUid);
@@ -211,7 +223,7 @@ private:
     void compare(const QELEntryFields& answer, Field answered, const QELExpectedEntry& expected, Field field) {
         if (!differs(answer, answered, expected.described, field)) return;
         _report.add(answer.lineOf(answered), std::string(qelEntryFieldName(answered)) + " " +
-                                                 qelShown(answer.value(answered)) + ", but " + expected.who + " has " +
+                                                 qelShown(answer.value(answered)) + ", but " + expected.who(answer.value(Field::Token)) + " has " +
                                                  qelEntryFieldName(field) + " " +
                                                  qelShown(expected.described.value(field)));
     }

@@ -9,6 +9,8 @@
 
 #include "QELEntryFields.h"
 
+class QELComponent;
+
 // The answer cross-check: every entry of an answer is compared with what its
 // POINTER_ADDRESS designates, before anything is applied. A token ties an
 // entry to a component by construction order only, so an answer meant for
@@ -40,14 +42,23 @@ struct QELCrossCheckReport {
     void add(long line, std::string message);
 };
 
-// What one token designates, as the side it is compared with knows it.
+// What one token designates, as the side it is compared with knows it. The
+// texts that name it are made only for a mismatch: most entries match.
 struct QELExpectedEntry {
-    std::string who;     // names that side in messages
     std::string element; // the element the entry must have; empty: any that names documentType
     int documentType = -1;
-    std::string typeShown; // the expected type, for messages
     bool broken = false;
     QELEntryFields described; // the described values (File_Name, not Old_File_Name)
+    // Who says so: a component of the session, or a description's entry.
+    const QELComponent* component = nullptr;
+    const char* kind = "";
+    const std::string* source = nullptr; // the description's path
+    long sourceLine = 0;
+
+    // Names that side in a message ("occurrence "Bolt.1" of the session (...)").
+    std::string who(const std::string& token) const;
+    // The type the entry must have, in words.
+    std::string typeShown() const;
 };
 
 // What a token designates on the side the answer is compared with: false
