@@ -4,16 +4,13 @@
 
 #include "CV5CAAToolsDesc.h"
 #include "PROCManager.h"
-#include "QELAbsoluteOccurrence.h"
+#include "QELDescribedObjects.h"
 #include "QELDocument.h"
 #include "QELFile.h"
 #include "QELHandleTable.h"
 #include "QELItem.h"
-#include "QELLineReader.h"
 #include "QELSessionFile.h"
 #include "QELShownText.h"
-#include "QELUtilities.h"
-#include "QELWorkSpace.h"
 
 namespace {
 
@@ -21,67 +18,21 @@ using Field = QELEntryField;
 
 std::string latin1(const CATUnicodeString& text) { return text.ConvertToChar(); }
 
-template <typename T>
-T* firstOf(TYPMapCATUnicodeStringPVoid* map) {
-    return map ? static_cast<T*>(map->first()) : nullptr;
-}
-
-// The objects whose fields the writer puts into a component's entry: the
-// same look-ups as the writer's, so that "described" means what it wrote.
-struct Described {
-    QELItem* item = nullptr;
-    QELDocument* document = nullptr;
-    QELFile* file = nullptr;
-    const char* kind = "component";
-};
-
-QELDocument* firstDocument(QELItem* item) {
-    auto* component = item ? firstOf<QELComponent>(item->getChildrenComponents(11)) : nullptr;
-    return component && component->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(component)
-                                                                       : nullptr;
-}
-
-QELFile* firstFile(QELDocument* document) {
-    return document ? firstOf<QELFile>(document->getLinkedFiles(
-                          QELUtilities::getDocFilRefNameFromDocumentType(document->getType())))
-                    : nullptr;
-}
-
-bool describedObjects(QELComponent* component, Described& d) {
-    if (component->isAbsolute()) {
-        auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
-        d.kind = "occurrence";
-        d.item = occurrence->getLinkedItem();
-        d.document = firstDocument(d.item);
-        d.file = firstFile(d.document);
-    } else if (component->isWorkSpace()) {
-        auto* workspace = static_cast<QELWorkSpace*>(component);
-        d.kind = "workspace";
-        d.item = workspace->getItem();
-        d.document = workspace->getLinkedDocument();
-        d.file = workspace->getFile();
-    } else if (component->isAKindOf("QELDOCUMENT_CLASSNAME")) {
-        d.kind = "document";
-        d.document = static_cast<QELDocument*>(component);
-        d.item = firstOf<QELItem>(d.document->getLinkedItems("LINKNAME_PARENT"));
-        d.file = firstFile(d.document);
-    } else {
-        return false;
-    }
-    return true;
-}
-
 bool savePhaseTwo() {
-    return (PROCManager::isCommandSave() || PROCManager::isCommandSaveAs() || PROCManager::isCommandSaveSelected()) &&
+    return (PROCManager::isCommandSave() || PROCManager::isCommandSaveAs() ||
+            PROCManager::isCommandSaveSelected()) &&
            PROCManager::isPhasePhase2();
 }
 
 void describe(QELEntryFields& fields, Field field, const CATUnicodeString& value) {
-    if (value.GetLengthInChar() > 0) fields.set(field, latin1(value));
+    if (value.GetLengthInChar() > 0)
+        fields.set(field, latin1(value));
 }
 
-bool differs(const QELEntryFields& answer, Field answered, const QELEntryFields& described, Field field) {
-    if (!answer.has(answered) || !described.has(field)) return false;
+bool differs(const QELEntryFields& answer, Field answered, const QELEntryFields& described,
+             Field field) {
+    if (!answer.has(answered) || !described.has(field))
+        return false;
     const std::string& was = described.value(field);
     return !was.empty() && was != "ERROR" && answer.value(answered) != was;
 }
@@ -90,41 +41,40 @@ bool differs(const QELEntryFields& answer, Field answered, const QELEntryFields&
 
 std::string QELExpectedEntry::who(const std::string& token) const {
     if (component)
-        return std::string(kind) + " " + qelShown(latin1(component->get_Name())) + " of the session (" + token + ")";
+        return std::string(kind) + " " + qelShown(latin1(component->get_Name())) +
+               " of the session (" + token + ")";
     return "the description's entry of " + token + " (" + (source ? *source : std::string()) + ":" +
            std::to_string(sourceLine) + ")";
 }
 
 std::string QELExpectedEntry::typeShown() const {
-    if (!element.empty()) return "<" + element + ">";
+    if (!element.empty())
+        return "<" + element + ">";
     return broken ? "a broken icon" : std::string("of type ") + qelDocumentTypeName(documentType);
 }
 
 void QELCrossCheckReport::add(long line, std::string message) {
     ++count;
-    if (mismatches.size() < kMaxKept) mismatches.push_back({line, std::move(message)});
+    if (mismatches.size() < kMaxKept)
+        mismatches.push_back({line, std::move(message)});
 }
 
 bool QELDescribedEntries::read(const std::string& path, std::string& error) {
     _path = path;
     _entries.clear();
-    QELLineReader reader;
-    if (!reader.open(path, error)) return false;
-    QELEntryFieldCollector collector([this](const QELEntryFields& entry) {
-        uint64_t handle = 0;
-        if (entry.has(Field::Token) && QELHandleTable::parse(entry.value(Field::Token), handle))
-            _entries.emplace(handle, entry); // a repeated token keeps its first entry, as the reader would
-    });
-    std::string_view line;
-    while (reader.next(line)) collector.line(reader.lineNumber(), line);
-    if (reader.failed()) {
-        error = "read error";
-        return false;
-    }
-    return true;
+    return qelCollectEntryFields(
+        path,
+        [this](const QELEntryFields& entry) {
+            uint64_t handle = 0;
+            if (entry.has(Field::Token) && QELHandleTable::parse(entry.value(Field::Token), handle))
+                _entries.emplace(
+                    handle, entry); // a repeated token keeps its first entry, as the reader would
+        },
+        error);
 }
 
-bool QELDescribedEntries::expected(const std::string& token, QELExpectedEntry& out, std::string& why) const {
+bool QELDescribedEntries::expected(const std::string& token, QELExpectedEntry& out,
+                                   std::string& why) const {
     uint64_t handle = 0;
     auto found = QELHandleTable::parse(token, handle) ? _entries.find(handle) : _entries.end();
     if (found == _entries.end()) {
@@ -142,14 +92,14 @@ bool QELDescribedEntries::expected(const std::string& token, QELExpectedEntry& o
 
 bool qelExpectedFromModel(const std::string& token, QELExpectedEntry& out, std::string& why) {
     QELComponent* component = QELHandleTable::resolve(token);
-    Described d;
+    QELDescribedObjects d;
     if (!component) {
         why = "designates no component of the session";
         return false;
     }
-    if (!describedObjects(component, d)) {
-        why = "designates " + qelShown(latin1(component->get_ClassName())) + " " + qelShown(latin1(component->get_Name())) +
-              ", which no entry describes";
+    if (!qelDescribedObjects(component, d)) {
+        why = "designates " + qelShown(latin1(component->get_ClassName())) + " " +
+              qelShown(latin1(component->get_Name())) + ", which no entry describes";
         return false;
     }
     out.component = component;
@@ -161,45 +111,56 @@ bool qelExpectedFromModel(const std::string& token, QELExpectedEntry& out, std::
     // The second save phase only completes the first phase's blocks: its
     // entries name no item, file or occurrence, so the PDM side had nothing
     // of them to echo.
-    if (savePhaseTwo()) return true;
+    if (savePhaseTwo())
+        return true;
     describe(was, Field::InstanceName, component->getStringProperty("InstanceName"));
-    if (component->isAbsolute()) describe(was, Field::OccUid, component->getStringProperty("Occ_UID"));
+    if (component->isAbsolute())
+        describe(was, Field::OccUid, component->getStringProperty("Occ_UID"));
     if (d.file)
         describe(was, Field::FileName,
-                 d.file->getStringProperty(PROCManager::isProcessStateDetailsFactory() ? "fullPathName" : "File_Name"));
-    if (d.document) describe(was, Field::DatasetUid, d.document->getStringProperty("DST_UID"));
-    if (d.item) describe(was, Field::ItemRevUid, d.item->getStringProperty("ItemRev_UID"));
+                 d.file->getStringProperty(
+                     PROCManager::isProcessStateDetailsFactory() ? "fullPathName" : "File_Name"));
+    if (d.document)
+        describe(was, Field::DatasetUid, d.document->getStringProperty("DST_UID"));
+    if (d.item)
+        describe(was, Field::ItemRevUid, d.item->getStringProperty("ItemRev_UID"));
     return true;
 }
 
 namespace {
 
 bool elementMatches(const std::string& element, const QELExpectedEntry& expected) {
-    if (!expected.element.empty()) return element == expected.element;
-    if (expected.documentType == EnumDocumentType_Unset) return element == "Unknown";
+    if (!expected.element.empty())
+        return element == expected.element;
+    if (expected.documentType == EnumDocumentType_Unset)
+        return element == "Unknown";
     return CV5CAAToolsDesc::getDocumentTypeFromBalise(element) == expected.documentType;
 }
 
 class CrossChecker {
 public:
-    CrossChecker(const std::string& path, const QELExpectation& expectation, QELCrossCheckReport& report)
+    CrossChecker(const std::string& path, const QELExpectation& expectation,
+                 QELCrossCheckReport& report)
         : _path(path), _expectation(expectation), _report(report) {}
 
     void entry(const QELEntryFields& answer) {
         ++_report.entries;
         // An entry without a token is tied to no component: the reader finds
         // its parent by Parent_ItemRev_UID instead.
-        if (!answer.has(Field::Token)) return;
+        if (!answer.has(Field::Token))
+            return;
         const std::string& token = answer.value(Field::Token);
         const long line = answer.lineOf(Field::Token);
         uint64_t handle = 0;
         if (!QELHandleTable::parse(token, handle)) {
-            _report.add(line, "POINTER_ADDRESS " + qelShown(token) + " is not a handle (16 hexadecimal digits)");
+            _report.add(line, "POINTER_ADDRESS " + qelShown(token) +
+                                  " is not a handle (16 hexadecimal digits)");
             return;
         }
         const auto first = _seen.emplace(handle, line);
         if (!first.second) {
-            _report.add(line, "POINTER_ADDRESS " + token + " is answered a second time (first on line " +
+            _report.add(line, "POINTER_ADDRESS " + token +
+                                  " is answered a second time (first on line " +
                                   std::to_string(first.first->second) + ")");
             return;
         }
@@ -210,21 +171,27 @@ public:
             return;
         }
         if (!elementMatches(answer.type, expected))
-            _report.add(answer.line, "entry <" + answer.type + ">, but " + expected.who(token) + " is " + expected.typeShown());
-        if (expected.broken) return;
+            _report.add(answer.line, "entry <" + answer.type + ">, but " + expected.who(token) +
+                                         " is " + expected.typeShown());
+        if (expected.broken)
+            return;
         compare(answer, Field::InstanceName, expected, Field::InstanceName);
-        if (answer.value(Field::OccCreatedFlag) != "1") compare(answer, Field::OccUid, expected, Field::OccUid);
+        if (answer.value(Field::OccCreatedFlag) != "1")
+            compare(answer, Field::OccUid, expected, Field::OccUid);
         compare(answer, Field::OldFileName, expected, Field::FileName);
         compare(answer, Field::DatasetUid, expected, Field::DatasetUid);
         compare(answer, Field::ItemRevUid, expected, Field::ItemRevUid);
     }
 
 private:
-    void compare(const QELEntryFields& answer, Field answered, const QELExpectedEntry& expected, Field field) {
-        if (!differs(answer, answered, expected.described, field)) return;
+    void compare(const QELEntryFields& answer, Field answered, const QELExpectedEntry& expected,
+                 Field field) {
+        if (!differs(answer, answered, expected.described, field))
+            return;
         _report.add(answer.lineOf(answered), std::string(qelEntryFieldName(answered)) + " " +
-                                                 qelShown(answer.value(answered)) + ", but " + expected.who(answer.value(Field::Token)) + " has " +
-                                                 qelEntryFieldName(field) + " " +
+                                                 qelShown(answer.value(answered)) + ", but " +
+                                                 expected.who(answer.value(Field::Token)) +
+                                                 " has " + qelEntryFieldName(field) + " " +
                                                  qelShown(expected.described.value(field)));
     }
 
@@ -236,21 +203,14 @@ private:
 
 } // namespace
 
-bool qelCrossCheckAnswer(const std::string& answerPath, const QELExpectation& expectation, QELCrossCheckReport& report,
-                         std::string& error, const std::function<void(long long, long long)>& progress) {
-    QELLineReader reader;
-    if (!reader.open(answerPath, error)) return false;
+bool qelCrossCheckAnswer(const std::string& answerPath, const QELExpectation& expectation,
+                         QELCrossCheckReport& report, std::string& error,
+                         const std::function<void(long long, long long)>& progress) {
     CrossChecker checker(answerPath, expectation, report);
-    QELEntryFieldCollector collector([&checker](const QELEntryFields& entry) { checker.entry(entry); });
-    std::string_view line;
-    while (reader.next(line)) {
-        collector.line(reader.lineNumber(), line);
-        if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.consumed(), reader.size());
-    }
-    if (reader.failed()) {
-        error = "read error";
+    if (!qelCollectEntryFields(
+            answerPath, [&checker](const QELEntryFields& entry) { checker.entry(entry); }, error,
+            progress))
         return false;
-    }
     std::stable_sort(report.mismatches.begin(), report.mismatches.end(),
                      [](const QELMismatch& a, const QELMismatch& b) { return a.line < b.line; });
     return true;

@@ -16,6 +16,7 @@ std::string qelShown(std::string_view text, size_t limit) {
             out += static_cast<char>(c);
         }
     }
-    if (text.size() > limit) out += "...";
+    if (text.size() > limit)
+        out += "...";
     return out + "\"";
 }

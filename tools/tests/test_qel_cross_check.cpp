@@ -32,15 +32,19 @@ std::string readText(const std::string& path) {
     return text.str();
 }
 
-void writeText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+void writeText(const std::string& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
 
 // Replaces the value line of the n-th (from 0) element `name` of a file.
-std::string replaceValue(std::string text, const std::string& name, int n, const std::string& value) {
+std::string replaceValue(std::string text, const std::string& name, int n,
+                         const std::string& value) {
     const std::string tag = "<" + name + ">\r\n";
     size_t at = 0;
     for (int i = 0; i <= n; ++i) {
         at = text.find(tag, at);
-        if (at == std::string::npos) return text;
+        if (at == std::string::npos)
+            return text;
         at += tag.size();
     }
     const size_t end = text.find("\r\n", at);
@@ -52,7 +56,8 @@ std::string valueOf(const std::string& text, const std::string& name, int n) {
     size_t at = 0;
     for (int i = 0; i <= n; ++i) {
         at = text.find(tag, at);
-        if (at == std::string::npos) return {};
+        if (at == std::string::npos)
+            return {};
         at += tag.size();
     }
     return text.substr(at, text.find("\r\n", at) - at);
@@ -61,7 +66,8 @@ std::string valueOf(const std::string& text, const std::string& name, int n) {
 std::string swapped(std::string text, const std::string& a, const std::string& b) {
     const std::string hold = "\x01swap\x01";
     for (auto [from, to] : {std::pair{a, hold}, std::pair{b, a}, std::pair{hold, b}})
-        for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        for (size_t at = text.find(from); at != std::string::npos;
+             at = text.find(from, at + to.size()))
             text.replace(at, from.size(), to);
     return text;
 }
@@ -116,12 +122,16 @@ protected:
         EXPECT_TRUE(qelCrossCheckAnswer(answer, qelExpectedFromModel, model, error)) << error;
         EXPECT_TRUE(entries.read(description, error)) << error;
         EXPECT_TRUE(qelCrossCheckAnswer(
-            answer, [&](const std::string& t, QELExpectedEntry& o, std::string& w) { return entries.expected(t, o, w); },
+            answer,
+            [&](const std::string& t, QELExpectedEntry& o, std::string& w) {
+                return entries.expected(t, o, w);
+            },
             described, error));
         EXPECT_EQ(model.count, described.count);
         std::string lines;
         for (size_t i = 0; i < model.mismatches.size(); ++i) {
-            lines += std::to_string(model.mismatches[i].line) + ": " + model.mismatches[i].message + "\n";
+            lines += std::to_string(model.mismatches[i].line) + ": " + model.mismatches[i].message +
+                     "\n";
             if (i < described.mismatches.size()) {
                 EXPECT_EQ(model.mismatches[i].line, described.mismatches[i].line);
             }
@@ -136,10 +146,17 @@ protected:
 };
 
 TEST_F(CrossCheckTest, TheSessionsOwnAnswerMatchesInEveryProcess) {
-    const char* commands[] = {"save", "save-as", "import", "create-spreadsheet", "synchronize-active-shapes",
-                              "update-status", "state-details-update", "none"};
-    const char* processes[] = {"none", "state-details", "state-details-factory", "life-cycle-factory", "brr-save",
-                               "checkout"};
+    const char* commands[] = {"save",
+                              "save-as",
+                              "import",
+                              "create-spreadsheet",
+                              "synchronize-active-shapes",
+                              "update-status",
+                              "state-details-update",
+                              "none"};
+    const char* processes[] = {
+        "none",     "state-details", "state-details-factory", "life-cycle-factory",
+        "brr-save", "checkout"};
     for (const char* command : commands)
         for (const char* process : processes)
             for (const char* phase : {"1", "2"}) {
@@ -150,7 +167,8 @@ TEST_F(CrossCheckTest, TheSessionsOwnAnswerMatchesInEveryProcess) {
                 QELDMToXML(description.c_str()).execute(QELSession::getInstance());
                 QELAnswerSimulator simulator;
                 ASSERT_TRUE(simulator.run(description, answer, error)) << error;
-                EXPECT_EQ(mismatches(readText(answer)), "") << command << " " << process << " " << phase;
+                EXPECT_EQ(mismatches(readText(answer)), "")
+                    << command << " " << process << " " << phase;
             }
 }
 
@@ -174,22 +192,29 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
         {"a part's token on a product",
          [&](const std::string& t) { return swapped(t, valueOf(t, "POINTER_ADDRESS", 0), first); },
          "entry <CATProduct>, but"},
-        {"a token of nothing", [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, "FFFFFFFFFFFFFFFF"); },
+        {"a token of nothing",
+         [](const std::string& t) {
+             return replaceValue(t, "POINTER_ADDRESS", 1, "FFFFFFFFFFFFFFFF");
+         },
          "POINTER_ADDRESS FFFFFFFFFFFFFFFF "},
         {"a token that is no handle",
          [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, "not-hex"); },
          "POINTER_ADDRESS \"not-hex\" is not a handle"},
-        {"an empty token", [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, ""); },
+        {"an empty token",
+         [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, ""); },
          "POINTER_ADDRESS \"\" is not a handle"},
         {"a token answered twice",
          [&](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 5, first); },
          "is answered a second time"},
-        {"a file name changed", [](const std::string& t) { return replaceValue(t, "Old_File_Name", 2, "Other.CATPart"); },
+        {"a file name changed",
+         [](const std::string& t) { return replaceValue(t, "Old_File_Name", 2, "Other.CATPart"); },
          "Old_File_Name \"Other.CATPart\", but"},
-        {"a dataset's identity changed", [](const std::string& t) { return replaceValue(t, "DST_UID", 0, "DST-X"); },
+        {"a dataset's identity changed",
+         [](const std::string& t) { return replaceValue(t, "DST_UID", 0, "DST-X"); },
          "DST_UID \"DST-X\", but"},
         {"an item revision's identity changed",
-         [](const std::string& t) { return replaceValue(t, "ItemRev_UID", 0, "UID-X"); }, "ItemRev_UID \"UID-X\", but"},
+         [](const std::string& t) { return replaceValue(t, "ItemRev_UID", 0, "UID-X"); },
+         "ItemRev_UID \"UID-X\", but"},
         {"a control byte is shown escaped",
          [](const std::string& t) { return replaceValue(t, "Old_File_Name", 0, "\x1b[31mred"); },
          "Old_File_Name \"\\x1b[31mred\""},
@@ -197,7 +222,8 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
     for (const Case& c : cases) {
         const std::string tampered = c.tamper(good);
         ASSERT_TRUE(tampered != good) << c.name;
-        EXPECT_NE(mismatches(tampered).find(c.expected), std::string::npos) << c.name << "\n" << mismatches(tampered);
+        EXPECT_NE(mismatches(tampered).find(c.expected), std::string::npos) << c.name << "\n"
+                                                                            << mismatches(tampered);
     }
     // What the PDM side may change passes: new identifiers where none was
     // described, a created occurrence UID, its own mapping attributes.
@@ -237,12 +263,15 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
         {"design table without its item", "\"type\": \"design-table\", \"item\": \"Shaft sizes\",",
          "\"type\": \"design-table\",", "a visible design table without a parent item"},
         {"ignored occurrence with children",
-         "\"relative\": \"REL-u-clp1\", \"matrix\": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 20, 2.5, -0.125, 1],\n"
+         "\"relative\": \"REL-u-clp1\", \"matrix\": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 20, 2.5, "
+         "-0.125, 1],\n"
          "           \"properties\": {\"Modified_Flag\": 1,",
-         "\"relative\": \"REL-u-clp1\", \"matrix\": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 20, 2.5, -0.125, 1],\n"
+         "\"relative\": \"REL-u-clp1\", \"matrix\": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 20, 2.5, "
+         "-0.125, 1],\n"
          "           \"properties\": {\"IsAnIgnoreNode\": true, \"Modified_Flag\": 1,",
          "under an ignored or broken-icon occurrence"},
-        {"current workspace not visible", "\"properties\": {\"IsAnIgnoreNode\": false},\n     \"occurrences\"",
+        {"current workspace not visible",
+         "\"properties\": {\"IsAnIgnoreNode\": false},\n     \"occurrences\"",
          "\"properties\": {\"IsAnIgnoreNode\": false, \"IsVisible\": false},\n     \"occurrences\"",
          "the current workspace and its occurrences"},
     };
@@ -263,7 +292,8 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
         EXPECT_FALSE(explanation.explains(frame.announced + 1)) << c.name;
         ASSERT_EQ(explanation.reasons.size(), 1u) << c.name;
         EXPECT_NE(explanation.reasons[0].rule.find(c.rule), std::string::npos) << c.name;
-        EXPECT_EQ(explanation.reasons[0].entries, std::labs(frame.announced - frame.entries)) << c.name;
+        EXPECT_EQ(explanation.reasons[0].entries, std::labs(frame.announced - frame.entries))
+            << c.name;
     }
     // An entry lost from the file follows no rule.
     describeAndAnswer(example);
@@ -271,7 +301,8 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
     std::string error;
     ASSERT_TRUE(qelWrittenTokens(description, written, error));
     uint64_t occurrence = 0;
-    ASSERT_TRUE(QELHandleTable::parse(valueOf(readText(description), "POINTER_ADDRESS", 1), occurrence));
+    ASSERT_TRUE(
+        QELHandleTable::parse(valueOf(readText(description), "POINTER_ADDRESS", 1), occurrence));
     ASSERT_EQ(written.erase(occurrence), 1u);
     EXPECT_FALSE(qelExplainEntryCount(written).explains(18));
 }
