@@ -63,8 +63,7 @@ struct QELExpectedEntry {
 
 // What a token designates on the side the answer is compared with: false
 // when it designates nothing (`why` then says so).
-using QELExpectation =
-    std::function<bool(const std::string& token, QELExpectedEntry& out, std::string& why)>;
+using QELExpectation = std::function<bool(const std::string& token, QELExpectedEntry& out, std::string& why)>;
 
 // The entries of a description, by token.
 class QELDescribedEntries {
@@ -84,8 +83,7 @@ bool qelExpectedFromModel(const std::string& token, QELExpectedEntry& out, std::
 
 // Compares every entry of the answer with what `expectation` says. False when the answer
 // cannot be read (`error` says why); mismatches go into the report.
-bool qelCrossCheckAnswer(const std::string& answerPath, const QELExpectation& expectation,
-                         QELCrossCheckReport& report, std::string& error,
-                         const std::function<void(long long, long long)>& progress = {});
+bool qelCrossCheckAnswer(const std::string& answerPath, const QELExpectation& expectation, QELCrossCheckReport& report,
+                         std::string& error, const std::function<void(long long, long long)>& progress = {});
 
 #endif

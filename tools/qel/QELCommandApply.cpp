@@ -35,9 +35,8 @@ bool answerIsWellFramed(const std::string& path) {
     bool checked = false;
     {
         QELProgress progress("checking the answer " + path);
-        checked = qelCheckFrame(path, report, error, [&progress](long long done, long long total) {
-            progress.update(done, total);
-        });
+        checked = qelCheckFrame(path, report, error,
+                                [&progress](long long done, long long total) { progress.update(done, total); });
     }
     if (!checked) {
         qelSay("%s: %s", path.c_str(), error.c_str());
@@ -45,8 +44,7 @@ bool answerIsWellFramed(const std::string& path) {
     }
     constexpr size_t kShown = 10;
     for (size_t i = 0; i < report.problems.size() && i < kShown; ++i)
-        qelSay("%s:%ld: %s", path.c_str(), report.problems[i].line,
-               report.problems[i].message.c_str());
+        qelSay("%s:%ld: %s", path.c_str(), report.problems[i].line, report.problems[i].message.c_str());
     if (report.problemCount > kShown)
         qelSay("%s: %zu problems in all (qel check lists them)", path.c_str(), report.problemCount);
     return report.problemCount == 0;
@@ -61,25 +59,22 @@ bool answerMatchesSession(const std::string& path, bool force) {
     bool checked = false;
     {
         QELProgress progress("comparing the answer with the session");
-        checked = qelCrossCheckAnswer(
-            path, qelExpectedFromModel, report, error,
-            [&progress](long long done, long long total) { progress.update(done, total); });
+        checked = qelCrossCheckAnswer(path, qelExpectedFromModel, report, error,
+                                      [&progress](long long done, long long total) { progress.update(done, total); });
     }
     if (!checked) {
         qelSay("%s: %s", path.c_str(), error.c_str());
         return false;
     }
-    if (report.count == 0)
-        return true;
+    if (report.count == 0) return true;
     qelListMismatches(path, report, force ? "warning: " : "");
     if (force) {
-        qelSay("warning: %s: %zu mismatch%s with the session; applied all the same (--force)",
-               path.c_str(), report.count, report.count == 1 ? "" : "es");
+        qelSay("warning: %s: %zu mismatch%s with the session; applied all the same (--force)", path.c_str(),
+               report.count, report.count == 1 ? "" : "es");
         return true;
     }
-    qelSay(
-        "%s: %zu mismatch%s with the session; nothing applied (--force applies the answer anyway)",
-        path.c_str(), report.count, report.count == 1 ? "" : "es");
+    qelSay("%s: %zu mismatch%s with the session; nothing applied (--force applies the answer anyway)", path.c_str(),
+           report.count, report.count == 1 ? "" : "es");
     return false;
 }
 
@@ -88,27 +83,21 @@ int readAndPrint(const std::string& answer, const ApplyOptions& options) {
     QELChangeTable table;
     {
         QELProgress progress("recording the session");
-        table.snapshot(
-            [&progress](long long done, long long total) { progress.update(done, total); });
+        table.snapshot([&progress](long long done, long long total) { progress.update(done, total); });
     }
-    if (!qelReadAnswer(answer, options.optionsOnly))
-        return QELExit_Usage;
+    if (!qelReadAnswer(answer, options.optionsOnly)) return QELExit_Usage;
     QELProgress progress("comparing");
-    qelPrintChangeTable(
-        table, std::cout, options.format == "json",
-        [&progress](long long done, long long total) { progress.update(done, total); });
+    qelPrintChangeTable(table, std::cout, options.format == "json",
+                        [&progress](long long done, long long total) { progress.update(done, total); });
     std::cout.flush();
     return std::cout ? QELExit_Success : QELExit_Failed;
 }
 
 int apply(const ApplyOptions& options) {
     QELModelScope model;
-    if (!qelBuildSession(options.session, options.choice))
-        return QELExit_Usage;
-    if (!answerIsWellFramed(options.answer))
-        return QELExit_Usage;
-    if (!answerMatchesSession(options.answer, options.force))
-        return QELExit_Failed;
+    if (!qelBuildSession(options.session, options.choice)) return QELExit_Usage;
+    if (!answerIsWellFramed(options.answer)) return QELExit_Usage;
+    if (!answerMatchesSession(options.answer, options.force)) return QELExit_Failed;
     return readAndPrint(options.answer, options);
 }
 
@@ -134,28 +123,22 @@ int roundtrip(const ApplyOptions& options) {
     const std::string answer = (std::filesystem::path(directory) / "answer.xml").string();
 
     QELModelScope model;
-    if (!qelBuildSession(session, options.choice))
-        return QELExit_Usage;
-    if (!qelWriteDescription(description))
-        return QELExit_Failed;
+    if (!qelBuildSession(session, options.choice)) return QELExit_Usage;
+    if (!qelWriteDescription(description)) return QELExit_Failed;
     {
         QELAnswerSimulator simulator;
         std::string error;
         QELProgress progress("answering the description");
-        if (!simulator.run(
-                description, answer, error,
-                [&progress](long long done, long long total) { progress.update(done, total); })) {
-            if (simulator.writeFailed())
-                qelSay("%s", error.c_str());
-            else
-                qelSay("%s:%ld: %s", description.c_str(), simulator.errorLine(), error.c_str());
+        if (!simulator.run(description, answer, error,
+                           [&progress](long long done, long long total) { progress.update(done, total); })) {
+            if (simulator.writeFailed()) qelSay("%s", error.c_str());
+            else qelSay("%s:%ld: %s", description.c_str(), simulator.errorLine(), error.c_str());
             return QELExit_Failed;
         }
     }
     // The answer is made here from the session's own description, so a
     // mismatch is a fault of the program itself: never forced.
-    if (!answerMatchesSession(answer, false))
-        return QELExit_Failed;
+    if (!answerMatchesSession(answer, false)) return QELExit_Failed;
     return readAndPrint(answer, options);
 }
 
@@ -164,8 +147,7 @@ void addTableOptions(CLI::App& command, ApplyOptions& options) {
         ->check(CLI::IsMember({"text", "json"}))
         ->capture_default_str();
     command.add_flag("--options-only", options.optionsOnly,
-                     "read only the options, entry flags and item identifiers, as the light pass "
-                     "of the reader does");
+                     "read only the options, entry flags and item identifiers, as the light pass of the reader does");
     qelAddProcessOptions(command, options.choice);
 }
 
@@ -174,37 +156,27 @@ void addTableOptions(CLI::App& command, ApplyOptions& options) {
 void qelAddApplyCommands(CLI::App& app, QELRun& run) {
     auto applyOptions = std::make_shared<ApplyOptions>();
     CLI::App* apply = app.add_subcommand(
-        "apply",
-        "Build a session, read an answer into it and print what the answer changed: one row per "
-        "component and property, old and new value");
+        "apply", "Build a session, read an answer into it and print what the answer changed: one row per "
+                 "component and property, old and new value");
     apply->add_option("SESSION", applyOptions->session, "the session file (JSON)")
         ->required()
         ->check(CLI::ExistingFile);
-    apply->add_option("ANSWER", applyOptions->answer, "the answer file")
-        ->required()
-        ->check(CLI::ExistingFile);
+    apply->add_option("ANSWER", applyOptions->answer, "the answer file")->required()->check(CLI::ExistingFile);
     addTableOptions(*apply, *applyOptions);
     apply->add_flag("--force", applyOptions->force,
-                    "apply an answer whose entries do not match the components their "
-                    "POINTER_ADDRESS designates "
+                    "apply an answer whose entries do not match the components their POINTER_ADDRESS designates "
                     "(listed as warnings)");
-    apply->callback(
-        [&run, applyOptions] { run.work = [applyOptions] { return ::apply(*applyOptions); }; });
+    apply->callback([&run, applyOptions] { run.work = [applyOptions] { return ::apply(*applyOptions); }; });
 
     auto roundtripOptions = std::make_shared<ApplyOptions>();
     CLI::App* roundtrip = app.add_subcommand(
-        "roundtrip",
-        "Describe a session, answer the description and apply the answer in one run; print the "
-        "change table. Without SESSION, the bundled example");
-    roundtrip
-        ->add_option("SESSION", roundtripOptions->session,
-                     "the session file (JSON); default: the bundled example")
+        "roundtrip", "Describe a session, answer the description and apply the answer in one run; print the "
+                     "change table. Without SESSION, the bundled example");
+    roundtrip->add_option("SESSION", roundtripOptions->session, "the session file (JSON); default: the bundled example")
         ->check(CLI::ExistingFile);
-    roundtrip->add_option(
-        "--keep", roundtripOptions->keep,
-        "keep the description and the answer (description.xml, answer.xml) in this directory");
+    roundtrip->add_option("--keep", roundtripOptions->keep,
+                          "keep the description and the answer (description.xml, answer.xml) in this directory");
     addTableOptions(*roundtrip, *roundtripOptions);
-    roundtrip->callback([&run, roundtripOptions] {
-        run.work = [roundtripOptions] { return ::roundtrip(*roundtripOptions); };
-    });
+    roundtrip->callback(
+        [&run, roundtripOptions] { run.work = [roundtripOptions] { return ::roundtrip(*roundtripOptions); }; });
 }

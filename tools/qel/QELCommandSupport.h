@@ -56,8 +56,7 @@ void qelReportLibraryErrors(bool countExplained = false);
 // many more there are.
 struct QELCrossCheckReport;
 constexpr size_t kListedMismatches = 20;
-void qelListMismatches(const std::string& path, const QELCrossCheckReport& report,
-                       const char* prefix);
+void qelListMismatches(const std::string& path, const QELCrossCheckReport& report, const char* prefix);
 
 // The session file bundled with qel: examples/session.json of the source
 // tree, or its installed copy.

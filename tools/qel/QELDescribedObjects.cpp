@@ -17,14 +17,12 @@ template <typename T> T* firstOf(TYPMapCATUnicodeStringPVoid* map) {
 
 QELDocument* qelFirstDocument(const QELItem* item) {
     auto* component = item ? firstOf<QELComponent>(item->getChildrenComponents(11)) : nullptr;
-    return component && component->isAKindOf("QELDOCUMENT_CLASSNAME")
-               ? static_cast<QELDocument*>(component)
-               : nullptr;
+    return component && component->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(component) : nullptr;
 }
 
 QELFile* qelFirstFile(const QELDocument* document) {
-    return document ? firstOf<QELFile>(document->getLinkedFiles(
-                          QELUtilities::getDocFilRefNameFromDocumentType(document->getType())))
+    return document ? firstOf<QELFile>(
+                          document->getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(document->getType())))
                     : nullptr;
 }
 

@@ -23,11 +23,9 @@ const char* const kLeftOutSubtree = "counted, not written: under an ignored or b
                                     "occurrence, whose whole subtree the walk skips";
 const char* const kSharedIndex = "siblings that share an IndiceOfAbsolute: the walk describes one "
                                  "of them once per sibling and the others never";
-const char* const kDesignTable =
-    "counted, not written: a visible design table without a parent item or a file, or "
-    "under a command that describes no design table";
-const char* const kSecondary =
-    "counted, not written: a secondary document of the state-details factory process";
+const char* const kDesignTable = "counted, not written: a visible design table without a parent item or a file, or "
+                                 "under a command that describes no design table";
+const char* const kSecondary = "counted, not written: a secondary document of the state-details factory process";
 const char* const kIncomplete = "counted, not written: a component without the item, document, "
                                 "file or parent its description needs";
 const char* const kHiddenCurrent = "written, not counted: the current workspace and its "
@@ -40,15 +38,13 @@ bool isLeftOut(const QELComponent* node) {
 }
 
 bool isVisibleDesignTable(QELDocument* document) {
-    if (!document->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME"))
-        return false;
+    if (!document->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME")) return false;
     auto* host = static_cast<CV5CAAQELDocument*>(document);
     return host->getType() == EnumDocumentType_DesignTable && host->getDesignTableVisibility();
 }
 
 bool countsItself(const QELWorkSpace* workspace) {
-    return workspace->getBooleanProperty("IsVisible") &&
-           !workspace->getBooleanProperty("IsAnIgnoreNode");
+    return workspace->getBooleanProperty("IsVisible") && !workspace->getBooleanProperty("IsAnIgnoreNode");
 }
 
 class Counter {
@@ -62,14 +58,12 @@ public:
     }
 
     void workspace(QELWorkSpace* workspace) {
-        if (!workspace || !countsItself(workspace))
-            return;
+        if (!workspace || !countsItself(workspace)) return;
         add(workspace);
         if (TYPMapCATUnicodeStringPVoid* occurrences = workspace->getLinkedAbsoluteOccurrences())
             for (const auto& entry : *occurrences) {
                 auto* occurrence = static_cast<QELComponent*>(entry.object);
-                if (occurrence && !isLeftOut(occurrence))
-                    add(occurrence);
+                if (occurrence && !isLeftOut(occurrence)) add(occurrence);
             }
     }
 };
@@ -78,25 +72,20 @@ bool underLeftOutAncestor(QELAbsoluteOccurrence* occurrence) {
     // The parent chain of a well-formed model is finite; the bound keeps a
     // cycle in a hand-made session from looping.
     size_t steps = 0;
-    for (QELAbsoluteOccurrence* up = occurrence->getLinkedParentAbsoluteOccurrence();
-         up && steps < 100000; up = up->getLinkedParentAbsoluteOccurrence(), ++steps)
-        if (isLeftOut(up))
-            return true;
+    for (QELAbsoluteOccurrence* up = occurrence->getLinkedParentAbsoluteOccurrence(); up && steps < 100000;
+         up = up->getLinkedParentAbsoluteOccurrence(), ++steps)
+        if (isLeftOut(up)) return true;
     return false;
 }
 
 bool sharesIndexWithSibling(QELAbsoluteOccurrence* occurrence) {
     QELAbsoluteOccurrence* parent = occurrence->getLinkedParentAbsoluteOccurrence();
-    TYPMapCATUnicodeStringPVoid* siblings =
-        parent ? parent->getLinkedChildAbsoluteOccurrences() : nullptr;
-    if (!siblings)
-        return false;
+    TYPMapCATUnicodeStringPVoid* siblings = parent ? parent->getLinkedChildAbsoluteOccurrences() : nullptr;
+    if (!siblings) return false;
     const int index = occurrence->getIntegerProperty("IndiceOfAbsolute");
     for (const auto& entry : *siblings) {
         auto* sibling = static_cast<QELComponent*>(entry.object);
-        if (sibling && sibling != occurrence &&
-            sibling->getIntegerProperty("IndiceOfAbsolute") == index)
-            return true;
+        if (sibling && sibling != occurrence && sibling->getIntegerProperty("IndiceOfAbsolute") == index) return true;
     }
     return false;
 }
@@ -108,18 +97,15 @@ bool lacksWhatItsDescriptionNeeds(QELComponent* component) {
         auto* workspace = static_cast<QELWorkSpace*>(component);
         return !workspace->getItem() || !workspace->getLinkedDocument() || !workspace->getFile();
     }
-    if (!component->isAbsolute())
-        return false;
+    if (!component->isAbsolute()) return false;
     auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
     QELDocument* document = qelFirstDocument(occurrence->getLinkedItem());
-    if (!qelFirstFile(document) || !occurrence->getLinkedRelativeOccurrence())
-        return true;
+    if (!qelFirstFile(document) || !occurrence->getLinkedRelativeOccurrence()) return true;
     QELDocument* parentDocument = nullptr;
     if (QELAbsoluteOccurrence* parent = occurrence->getLinkedParentAbsoluteOccurrence()) {
         parentDocument = qelFirstDocument(parent->getLinkedItem());
     } else if (QELWorkSpace* workspace = occurrence->getLinkedWorkSpace()) {
-        if (!workspace->getItem())
-            return true;
+        if (!workspace->getItem()) return true;
         parentDocument = workspace->getLinkedDocument();
     }
     return !qelFirstFile(parentDocument);
@@ -128,13 +114,12 @@ bool lacksWhatItsDescriptionNeeds(QELComponent* component) {
 // A design table is described with its parent item and its file, and only
 // by the commands and processes that have a design-table description.
 bool describable(QELDocument* designTable) {
-    const bool save = PROCManager::isCommandSave() || PROCManager::isCommandSaveAs() ||
-                      PROCManager::isCommandSaveSelected();
-    const bool variant =
-        (save && (PROCManager::isPhasePhase1() || PROCManager::isPhasePhase2())) ||
-        PROCManager::isCommandCreateSpreadsheet() || PROCManager::isCommandImport() ||
-        PROCManager::isProcessStateDetailsFactory() || PROCManager::isProcessLifeCycleFactory() ||
-        PROCManager::isProcessBRRSave();
+    const bool save =
+        PROCManager::isCommandSave() || PROCManager::isCommandSaveAs() || PROCManager::isCommandSaveSelected();
+    const bool variant = (save && (PROCManager::isPhasePhase1() || PROCManager::isPhasePhase2())) ||
+                         PROCManager::isCommandCreateSpreadsheet() || PROCManager::isCommandImport() ||
+                         PROCManager::isProcessStateDetailsFactory() || PROCManager::isProcessLifeCycleFactory() ||
+                         PROCManager::isProcessBRRSave();
     QELDescribedObjects objects;
     return variant && qelDescribedObjects(designTable, objects) && objects.item && objects.file;
 }
@@ -142,17 +127,13 @@ bool describable(QELDocument* designTable) {
 const char* ruleOfCountedNotWritten(QELComponent* component) {
     if (component->isAbsolute()) {
         auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
-        if (underLeftOutAncestor(occurrence))
-            return kLeftOutSubtree;
-        if (sharesIndexWithSibling(occurrence))
-            return kSharedIndex;
+        if (underLeftOutAncestor(occurrence)) return kLeftOutSubtree;
+        if (sharesIndexWithSibling(occurrence)) return kSharedIndex;
     }
     if (component->isAKindOf("QELDOCUMENT_CLASSNAME")) {
         auto* document = static_cast<QELDocument*>(component);
-        if (isVisibleDesignTable(document) && !describable(document))
-            return kDesignTable;
-        if (document->getBooleanProperty("IsSecondary"))
-            return kSecondary;
+        if (isVisibleDesignTable(document) && !describable(document)) return kDesignTable;
+        if (document->getBooleanProperty("IsSecondary")) return kSecondary;
     }
     return lacksWhatItsDescriptionNeeds(component) ? kIncomplete : nullptr;
 }
@@ -161,21 +142,16 @@ const char* ruleOfCountedNotWritten(QELComponent* component) {
 // occurrences: those of a workspace that counts nothing.
 std::unordered_set<const QELComponent*> uncountedCurrent(QELWorkSpace* active) {
     std::unordered_set<const QELComponent*> described;
-    if (!active || countsItself(active))
-        return described;
+    if (!active || countsItself(active)) return described;
     described.insert(active);
     if (TYPMapCATUnicodeStringPVoid* occurrences = active->getLinkedAbsoluteOccurrences())
-        for (const auto& entry : *occurrences)
-            described.insert(static_cast<const QELComponent*>(entry.object));
+        for (const auto& entry : *occurrences) described.insert(static_cast<const QELComponent*>(entry.object));
     return described;
 }
 
-const char* ruleOfWrittenNotCounted(QELComponent* component,
-                                    const std::unordered_set<const QELComponent*>& uncounted) {
-    if (uncounted.count(component))
-        return kHiddenCurrent;
-    if (component->isAbsolute() &&
-        sharesIndexWithSibling(static_cast<QELAbsoluteOccurrence*>(component)))
+const char* ruleOfWrittenNotCounted(QELComponent* component, const std::unordered_set<const QELComponent*>& uncounted) {
+    if (uncounted.count(component)) return kHiddenCurrent;
+    if (component->isAbsolute() && sharesIndexWithSibling(static_cast<QELAbsoluteOccurrence*>(component)))
         return kSharedIndex;
     return nullptr;
 }
@@ -197,18 +173,14 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
         counter.workspace(active);
     } else {
         if (TYPMapCATUnicodeStringPVoid* workspaces = session->getWorkSpaces())
-            for (const auto& entry : *workspaces)
-                counter.workspace(static_cast<QELWorkSpace*>(entry.object));
+            for (const auto& entry : *workspaces) counter.workspace(static_cast<QELWorkSpace*>(entry.object));
         const bool factory = PROCManager::isProcessStateDetailsFactory();
         if (TYPMapCATUnicodeStringPVoid* documents = session->getDocuments())
             for (const auto& entry : *documents) {
                 auto* document = static_cast<QELDocument*>(entry.object);
-                if (!document)
-                    continue;
-                if (isVisibleDesignTable(document))
-                    counter.add(document);
-                if (factory && document->getBooleanProperty("IsSecondary"))
-                    counter.add(document);
+                if (!document) continue;
+                if (isVisibleDesignTable(document)) counter.add(document);
+                if (factory && document->getBooleanProperty("IsSecondary")) counter.add(document);
             }
     }
     explanation.counted = counter.total;
@@ -222,8 +194,7 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
         }
         QELCountReason& reason = reasons[rule];
         reason.rule = rule;
-        if (reason.example.empty())
-            reason.example = component->get_Name().ConvertToChar();
+        if (reason.example.empty()) reason.example = component->get_Name().ConvertToChar();
         reason.entries += entries;
     };
     // In handle order, so that the example of each rule is the same every run.
@@ -243,8 +214,7 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
     for (const auto& [handle, times] : described) {
         const auto found = counter.counted.find(handle);
         const long countedTimes = found == counter.counted.end() ? 0 : found->second;
-        if (times <= countedTimes)
-            continue;
+        if (times <= countedTimes) continue;
         QELComponent* component = QELHandleTable::resolve(handle);
         if (!component) {
             explanation.unexplained += times - countedTimes;
@@ -252,29 +222,26 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
         }
         account(ruleOfWrittenNotCounted(component, uncounted), times - countedTimes, component);
     }
-    for (auto& [rule, reason] : reasons)
-        explanation.reasons.push_back(std::move(reason));
+    for (auto& [rule, reason] : reasons) explanation.reasons.push_back(std::move(reason));
     return explanation;
 }
 
-bool qelWrittenTokens(const std::string& descriptionPath,
-                      std::unordered_map<uint64_t, long>& written, std::string& error) {
+bool qelWrittenTokens(const std::string& descriptionPath, std::unordered_map<uint64_t, long>& written,
+                      std::string& error) {
     return qelCollectEntryFields(
         descriptionPath,
         [&written](const QELEntryFields& entry) {
             uint64_t handle = 0;
-            if (entry.has(QELEntryField::Token) &&
-                QELHandleTable::parse(entry.value(QELEntryField::Token), handle))
+            if (entry.has(QELEntryField::Token) && QELHandleTable::parse(entry.value(QELEntryField::Token), handle))
                 ++written[handle];
         },
         error);
 }
 
 std::string qelCountNote(long announced, long written, const QELCountExplanation& explanation) {
-    std::string note = "NBElements announces " + std::to_string(announced) + " entries and " +
-                       std::to_string(written) + " are written, by the writer's counting rules";
+    std::string note = "NBElements announces " + std::to_string(announced) + " entries and " + std::to_string(written) +
+                       " are written, by the writer's counting rules";
     for (const QELCountReason& reason : explanation.reasons)
-        note += "; " + std::to_string(reason.entries) + " " + reason.rule + " (e.g. " +
-                qelShown(reason.example) + ")";
+        note += "; " + std::to_string(reason.entries) + " " + reason.rule + " (e.g. " + qelShown(reason.example) + ")";
     return note;
 }

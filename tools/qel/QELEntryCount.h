@@ -23,9 +23,7 @@ struct QELCountExplanation {
     std::vector<QELCountReason> reasons;
     bool catalog = false; // the catalog traversal counts by its own rules
     // Every entry of difference has a rule, and the count is this session's.
-    bool explains(long announced) const {
-        return !catalog && counted == announced && unexplained == 0;
-    }
+    bool explains(long announced) const { return !catalog && counted == announced && unexplained == 0; }
     long unexplained = 0;
 };
 
@@ -34,8 +32,8 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
 
 // The tokens of a description's entries, as qelExplainEntryCount takes them;
 // false when the file cannot be read (`error` says why).
-bool qelWrittenTokens(const std::string& descriptionPath,
-                      std::unordered_map<uint64_t, long>& written, std::string& error);
+bool qelWrittenTokens(const std::string& descriptionPath, std::unordered_map<uint64_t, long>& written,
+                      std::string& error);
 
 // "18 entries announced and 17 written: 1 by the rule ..., e.g. ...", in one line.
 std::string qelCountNote(long announced, long written, const QELCountExplanation& explanation);

@@ -5,14 +5,13 @@
 
 namespace {
 
-constexpr const char* kFieldNames[kQELEntryFieldCount] = {
-    "POINTER_ADDRESS", "InstanceName",  "Occ_UID", "Occ_CreatedFlag",
-    "File_Name",       "Old_File_Name", "DST_UID", "ItemRev_UID"};
+constexpr const char* kFieldNames[kQELEntryFieldCount] = {"POINTER_ADDRESS", "InstanceName", "Occ_UID",
+                                                          "Occ_CreatedFlag", "File_Name",    "Old_File_Name",
+                                                          "DST_UID",         "ItemRev_UID"};
 
 int fieldOf(std::string_view name) {
     for (size_t i = 0; i < kQELEntryFieldCount; ++i)
-        if (name == kFieldNames[i])
-            return static_cast<int>(i);
+        if (name == kFieldNames[i]) return static_cast<int>(i);
     return -1;
 }
 
@@ -20,9 +19,7 @@ bool isEntryElement(std::string_view name) { return name != "NBElements" && name
 
 } // namespace
 
-const char* qelEntryFieldName(QELEntryField field) {
-    return kFieldNames[static_cast<size_t>(field)];
-}
+const char* qelEntryFieldName(QELEntryField field) { return kFieldNames[static_cast<size_t>(field)]; }
 
 void QELEntryFieldCollector::line(long number, std::string_view text) {
     const QELFrameLine frame = qelClassifyLine(text);
@@ -42,10 +39,8 @@ void QELEntryFieldCollector::line(long number, std::string_view text) {
         break;
     case QELLineKind::Close:
         _awaiting = -1;
-        if (_depth > 0)
-            --_depth;
-        if (_depth == 2)
-            _inItemInfo = false;
+        if (_depth > 0) --_depth;
+        if (_depth == 2) _inItemInfo = false;
         if (_depth == 1 && _inEntry) {
             _inEntry = false;
             _entry(_fields);
@@ -66,18 +61,15 @@ void QELEntryFieldCollector::line(long number, std::string_view text) {
     }
 }
 
-bool qelCollectEntryFields(const std::string& path, const QELEntryFieldCollector::Entry& entry,
-                           std::string& error,
+bool qelCollectEntryFields(const std::string& path, const QELEntryFieldCollector::Entry& entry, std::string& error,
                            const std::function<void(long long, long long)>& progress) {
     QELLineReader reader;
-    if (!reader.open(path, error))
-        return false;
+    if (!reader.open(path, error)) return false;
     QELEntryFieldCollector collector(entry);
     std::string_view line;
     while (reader.next(line)) {
         collector.line(reader.lineNumber(), line);
-        if (progress && (reader.lineNumber() & 0xFFFF) == 0)
-            progress(reader.consumed(), reader.size());
+        if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.consumed(), reader.size());
     }
     if (reader.failed()) {
         error = "read error";

@@ -33,12 +33,8 @@ struct QELEntryFields {
     std::array<long, kQELEntryFieldCount> lines{}; // of each value
 
     bool has(QELEntryField field) const { return present[static_cast<size_t>(field)]; }
-    const std::string& value(QELEntryField field) const {
-        return values[static_cast<size_t>(field)];
-    }
-    long lineOf(QELEntryField field) const {
-        return has(field) ? lines[static_cast<size_t>(field)] : line;
-    }
+    const std::string& value(QELEntryField field) const { return values[static_cast<size_t>(field)]; }
+    long lineOf(QELEntryField field) const { return has(field) ? lines[static_cast<size_t>(field)] : line; }
     void set(QELEntryField field, std::string value, long at = 0) {
         const auto i = static_cast<size_t>(field);
         values[i] = std::move(value);
@@ -70,8 +66,7 @@ private:
 // Reads a file in the line frame and hands out each entry's fields; false
 // when it cannot be read (`error` says why). `progress` is told the bytes
 // read so far.
-bool qelCollectEntryFields(
-    const std::string& path, const QELEntryFieldCollector::Entry& entry, std::string& error,
-    const std::function<void(long long done, long long total)>& progress = {});
+bool qelCollectEntryFields(const std::string& path, const QELEntryFieldCollector::Entry& entry, std::string& error,
+                           const std::function<void(long long done, long long total)>& progress = {});
 
 #endif

@@ -16,7 +16,6 @@ std::string qelShown(std::string_view text, size_t limit) {
             out += static_cast<char>(c);
         }
     }
-    if (text.size() > limit)
-        out += "...";
+    if (text.size() > limit) out += "...";
     return out + "\"";
 }

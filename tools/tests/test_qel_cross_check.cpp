@@ -32,19 +32,15 @@ std::string readText(const std::string& path) {
     return text.str();
 }
 
-void writeText(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-}
+void writeText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 // Replaces the value line of the n-th (from 0) element `name` of a file.
-std::string replaceValue(std::string text, const std::string& name, int n,
-                         const std::string& value) {
+std::string replaceValue(std::string text, const std::string& name, int n, const std::string& value) {
     const std::string tag = "<" + name + ">\r\n";
     size_t at = 0;
     for (int i = 0; i <= n; ++i) {
         at = text.find(tag, at);
-        if (at == std::string::npos)
-            return text;
+        if (at == std::string::npos) return text;
         at += tag.size();
     }
     const size_t end = text.find("\r\n", at);
@@ -56,8 +52,7 @@ std::string valueOf(const std::string& text, const std::string& name, int n) {
     size_t at = 0;
     for (int i = 0; i <= n; ++i) {
         at = text.find(tag, at);
-        if (at == std::string::npos)
-            return {};
+        if (at == std::string::npos) return {};
         at += tag.size();
     }
     return text.substr(at, text.find("\r\n", at) - at);
@@ -66,8 +61,7 @@ std::string valueOf(const std::string& text, const std::string& name, int n) {
 std::string swapped(std::string text, const std::string& a, const std::string& b) {
     const std::string hold = "\x01swap\x01";
     for (auto [from, to] : {std::pair{a, hold}, std::pair{b, a}, std::pair{hold, b}})
-        for (size_t at = text.find(from); at != std::string::npos;
-             at = text.find(from, at + to.size()))
+        for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
             text.replace(at, from.size(), to);
     return text;
 }
@@ -75,9 +69,9 @@ std::string swapped(std::string text, const std::string& a, const std::string& b
 class CrossCheckTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        directory = std::filesystem::temp_directory_path() /
-                    ("qel-cross-" + std::to_string(::getpid()) + "-" +
-                     ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        directory =
+            std::filesystem::temp_directory_path() / ("qel-cross-" + std::to_string(::getpid()) + "-" +
+                                                      ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::create_directories(directory);
         description = (directory / "description.xml").string();
         answer = (directory / "answer.xml").string();
@@ -123,15 +117,12 @@ protected:
         EXPECT_TRUE(entries.read(description, error)) << error;
         EXPECT_TRUE(qelCrossCheckAnswer(
             answer,
-            [&](const std::string& t, QELExpectedEntry& o, std::string& w) {
-                return entries.expected(t, o, w);
-            },
+            [&](const std::string& t, QELExpectedEntry& o, std::string& w) { return entries.expected(t, o, w); },
             described, error));
         EXPECT_EQ(model.count, described.count);
         std::string lines;
         for (size_t i = 0; i < model.mismatches.size(); ++i) {
-            lines += std::to_string(model.mismatches[i].line) + ": " + model.mismatches[i].message +
-                     "\n";
+            lines += std::to_string(model.mismatches[i].line) + ": " + model.mismatches[i].message + "\n";
             if (i < described.mismatches.size()) {
                 EXPECT_EQ(model.mismatches[i].line, described.mismatches[i].line);
             }
@@ -154,9 +145,8 @@ TEST_F(CrossCheckTest, TheSessionsOwnAnswerMatchesInEveryProcess) {
                               "update-status",
                               "state-details-update",
                               "none"};
-    const char* processes[] = {
-        "none",     "state-details", "state-details-factory", "life-cycle-factory",
-        "brr-save", "checkout"};
+    const char* processes[] = {"none",     "state-details", "state-details-factory", "life-cycle-factory",
+                               "brr-save", "checkout"};
     for (const char* command : commands)
         for (const char* process : processes)
             for (const char* phase : {"1", "2"}) {
@@ -167,8 +157,7 @@ TEST_F(CrossCheckTest, TheSessionsOwnAnswerMatchesInEveryProcess) {
                 QELDMToXML(description.c_str()).execute(QELSession::getInstance());
                 QELAnswerSimulator simulator;
                 ASSERT_TRUE(simulator.run(description, answer, error)) << error;
-                EXPECT_EQ(mismatches(readText(answer)), "")
-                    << command << " " << process << " " << phase;
+                EXPECT_EQ(mismatches(readText(answer)), "") << command << " " << process << " " << phase;
             }
 }
 
@@ -193,28 +182,22 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
          [&](const std::string& t) { return swapped(t, valueOf(t, "POINTER_ADDRESS", 0), first); },
          "entry <CATProduct>, but"},
         {"a token of nothing",
-         [](const std::string& t) {
-             return replaceValue(t, "POINTER_ADDRESS", 1, "FFFFFFFFFFFFFFFF");
-         },
+         [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, "FFFFFFFFFFFFFFFF"); },
          "POINTER_ADDRESS FFFFFFFFFFFFFFFF "},
         {"a token that is no handle",
          [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, "not-hex"); },
          "POINTER_ADDRESS \"not-hex\" is not a handle"},
-        {"an empty token",
-         [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, ""); },
+        {"an empty token", [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, ""); },
          "POINTER_ADDRESS \"\" is not a handle"},
-        {"a token answered twice",
-         [&](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 5, first); },
+        {"a token answered twice", [&](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 5, first); },
          "is answered a second time"},
         {"a file name changed",
          [](const std::string& t) { return replaceValue(t, "Old_File_Name", 2, "Other.CATPart"); },
          "Old_File_Name \"Other.CATPart\", but"},
-        {"a dataset's identity changed",
-         [](const std::string& t) { return replaceValue(t, "DST_UID", 0, "DST-X"); },
+        {"a dataset's identity changed", [](const std::string& t) { return replaceValue(t, "DST_UID", 0, "DST-X"); },
          "DST_UID \"DST-X\", but"},
         {"an item revision's identity changed",
-         [](const std::string& t) { return replaceValue(t, "ItemRev_UID", 0, "UID-X"); },
-         "ItemRev_UID \"UID-X\", but"},
+         [](const std::string& t) { return replaceValue(t, "ItemRev_UID", 0, "UID-X"); }, "ItemRev_UID \"UID-X\", but"},
         {"a control byte is shown escaped",
          [](const std::string& t) { return replaceValue(t, "Old_File_Name", 0, "\x1b[31mred"); },
          "Old_File_Name \"\\x1b[31mred\""},
@@ -222,8 +205,7 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
     for (const Case& c : cases) {
         const std::string tampered = c.tamper(good);
         ASSERT_TRUE(tampered != good) << c.name;
-        EXPECT_NE(mismatches(tampered).find(c.expected), std::string::npos) << c.name << "\n"
-                                                                            << mismatches(tampered);
+        EXPECT_NE(mismatches(tampered).find(c.expected), std::string::npos) << c.name << "\n" << mismatches(tampered);
     }
     // What the PDM side may change passes: new identifiers where none was
     // described, a created occurrence UID, its own mapping attributes.
@@ -270,8 +252,7 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
          "-0.125, 1],\n"
          "           \"properties\": {\"IsAnIgnoreNode\": true, \"Modified_Flag\": 1,",
          "under an ignored or broken-icon occurrence"},
-        {"current workspace not visible",
-         "\"properties\": {\"IsAnIgnoreNode\": false},\n     \"occurrences\"",
+        {"current workspace not visible", "\"properties\": {\"IsAnIgnoreNode\": false},\n     \"occurrences\"",
          "\"properties\": {\"IsAnIgnoreNode\": false, \"IsVisible\": false},\n     \"occurrences\"",
          "the current workspace and its occurrences"},
     };
@@ -292,8 +273,7 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
         EXPECT_FALSE(explanation.explains(frame.announced + 1)) << c.name;
         ASSERT_EQ(explanation.reasons.size(), 1u) << c.name;
         EXPECT_NE(explanation.reasons[0].rule.find(c.rule), std::string::npos) << c.name;
-        EXPECT_EQ(explanation.reasons[0].entries, std::labs(frame.announced - frame.entries))
-            << c.name;
+        EXPECT_EQ(explanation.reasons[0].entries, std::labs(frame.announced - frame.entries)) << c.name;
     }
     // An entry lost from the file follows no rule.
     describeAndAnswer(example);
@@ -301,8 +281,7 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
     std::string error;
     ASSERT_TRUE(qelWrittenTokens(description, written, error));
     uint64_t occurrence = 0;
-    ASSERT_TRUE(
-        QELHandleTable::parse(valueOf(readText(description), "POINTER_ADDRESS", 1), occurrence));
+    ASSERT_TRUE(QELHandleTable::parse(valueOf(readText(description), "POINTER_ADDRESS", 1), occurrence));
     ASSERT_EQ(written.erase(occurrence), 1u);
     EXPECT_FALSE(qelExplainEntryCount(written).explains(18));
 }
