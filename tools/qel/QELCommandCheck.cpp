@@ -1,6 +1,6 @@
 // qel check FILE...: is a description or an answer in the line frame the
 // reader relies on? Each problem is printed as FILE:LINE: message.
-#include <cstdio>
+#include <iostream>
 #include <memory>
 #include <vector>
 
@@ -8,8 +8,11 @@
 
 #include "QELCommandSupport.h"
 #include "QELCommands.h"
+#include "QELEscape.h"
 #include "QELFrameCheck.h"
+#include "QELInputFile.h"
 #include "QELProgress.h"
+#include "QELStandardOutput.h"
 
 namespace {
 
@@ -19,32 +22,32 @@ struct CheckOptions {
 
 int check(const CheckOptions& options) {
     int status = QELExit_Success;
-    for (const std::string& path : options.files) {
+    for (const std::string& argument : options.files) {
+        QELInputFile file;
+        if (const int opened = file.open(argument)) return opened;
+        const std::string& name = file.name();
         QELFrameReport report;
         std::string error;
         bool checked = false;
         {
-            QELProgress progress("checking " + path);
-            checked = qelCheckFrame(path, report, error,
+            QELProgress progress("checking " + name);
+            checked = qelCheckFrame(file.path(), report, error,
                                     [&progress](long long done, long long total) { progress.update(done, total); });
         }
         if (!checked) {
-            qelSay("%s: %s", path.c_str(), error.c_str());
+            qelSay("%s: %s", name.c_str(), error.c_str());
             return QELExit_Usage;
         }
-        for (const QELFrameProblem& problem : report.problems)
-            std::printf("%s:%ld: %s\n", path.c_str(), problem.line, problem.message.c_str());
-        if (report.problemCount > report.problems.size())
-            std::printf("%s: %zu further problems not listed\n", path.c_str(),
-                        report.problemCount - report.problems.size());
+        for (const std::string& line : qelFrameReportLines(name, report)) std::cout << line << '\n';
         if (report.problemCount == 0) {
-            std::printf("%s: well framed, %ld entries in %ld lines\n", path.c_str(), report.entries, report.lines);
+            std::cout << qelEscape(name) << ": well framed, " << report.entries << " entries in " << report.lines
+                      << " lines\n";
         } else {
-            qelSay("%s: %zu problem%s", path.c_str(), report.problemCount, report.problemCount == 1 ? "" : "s");
+            qelSay("%s: %zu problem%s", name.c_str(), report.problemCount, report.problemCount == 1 ? "" : "s");
             status = QELExit_Failed;
         }
     }
-    return status;
+    return qelStandardOutputWritten() ? status : QELExit_Failed;
 }
 
 } // namespace
@@ -54,8 +57,11 @@ void qelAddCheckCommand(CLI::App& app, QELRun& run) {
     CLI::App* command = app.add_subcommand(
         "check", "Check that descriptions or answers keep the line frame the reader relies on; list each "
                  "problem with its line number (exit status 1 when there is one)");
-    command->add_option("FILE", options->files, "description or answer files")
+    command->add_option("FILE", options->files, "description or answer files (- for standard input)")
         ->required()
-        ->check(CLI::ExistingFile);
-    command->callback([&run, options] { run.work = [options] { return check(*options); }; });
+        ->check(qelExistingInput());
+    command->callback([&run, options] {
+        qelRequireOneStandardInput(options->files);
+        run.work = [options] { return check(*options); };
+    });
 }
