@@ -10,23 +10,10 @@
 
 #include "QELCommandSupport.h"
 #include "QELCommands.h"
+#include "QELStandardOutput.h"
 
 namespace {
-
 constexpr const char* kStandardInput = "standard input";
-
-// Writes all of `size` bytes, through short writes and interruptions.
-bool writeAll(int fd, const char* data, size_t size) {
-    while (size > 0) {
-        const ssize_t written = ::write(fd, data, size);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        data += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
 } // namespace
 
 int QELInputFile::open(const std::string& argument) {
@@ -71,7 +58,7 @@ int QELInputFile::spool(int fd) {
             status = QELExit_Usage;
         } else if (got == 0) {
             break;
-        } else if (!writeAll(out, block.data(), static_cast<size_t>(got))) {
+        } else if (!qelWriteAll(out, block.data(), static_cast<size_t>(got))) {
             qelSay("%s: cannot be copied to %s: %s", _name.c_str(), copy.c_str(), std::strerror(errno));
             status = QELExit_Failed;
         }

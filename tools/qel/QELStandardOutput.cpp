@@ -26,12 +26,7 @@ public:
     // What is pending, then `size` bytes.
     bool write(const char* data, size_t size) {
         if (!drain()) return false;
-        while (size > 0 && _error == 0) {
-            const ssize_t written = ::write(STDOUT_FILENO, data, size);
-            if (written < 0 && errno == EINTR) continue;
-            if (written <= 0) _error = written < 0 ? errno : EIO;
-            else data += written, size -= static_cast<size_t>(written);
-        }
+        if (size > 0 && !qelWriteAll(STDOUT_FILENO, data, size)) _error = errno;
         return _error == 0;
     }
 
@@ -60,6 +55,21 @@ private:
     char _space[1 << 16];
     int _error = 0;
 };
+
+bool qelWriteAll(int fd, const char* data, size_t size) {
+    while (size > 0) {
+        const ssize_t written = ::write(fd, data, size);
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        if (written == 0) {
+            errno = EIO;
+            return false;
+        }
+        data += written;
+        size -= static_cast<size_t>(written);
+    }
+    return true;
+}
 
 QELStandardOutput::QELStandardOutput() : _buffer(std::make_unique<Buffer>()) {
     _previous = std::cout.rdbuf(_buffer.get());

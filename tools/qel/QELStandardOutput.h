@@ -34,4 +34,8 @@ bool qelWriteStandardOutput(const char* data, size_t size);
 // Reports a failure of standard output found elsewhere, once.
 void qelStandardOutputFailed(int reason);
 
+// Writes all `size` bytes to a descriptor, through short writes and
+// interruptions; false with errno set on failure.
+bool qelWriteAll(int fd, const char* data, size_t size);
+
 #endif
