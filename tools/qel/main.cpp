@@ -19,6 +19,8 @@ const char* const kFooter = R"(Exit status:
   1  the work failed: a file could not be written, or check found problems
   2  bad usage, or an input file that is malformed or cannot be read
 
+A file argument of - reads standard input, -o - writes standard output. Files
+are written whole or not at all; temporary files go at exit and on signals.
 roundtrip without SESSION runs on the bundled example, examples/session.json.
 The library's journal and errors also go to a file, or to standard error,
 when QEL_JOURNAL or QEL_ERRORS names one ("-" for standard error).
