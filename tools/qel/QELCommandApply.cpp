@@ -15,6 +15,7 @@
 #include "QELCommandSupport.h"
 #include "QELCommands.h"
 #include "QELFrameCheck.h"
+#include "QELFrameReport.h"
 #include "QELInputFile.h"
 #include "QELOutputFile.h"
 #include "QELProgress.h"

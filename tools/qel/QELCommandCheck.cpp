@@ -10,6 +10,7 @@
 #include "QELCommands.h"
 #include "QELEscape.h"
 #include "QELFrameCheck.h"
+#include "QELFrameReport.h"
 #include "QELInputFile.h"
 #include "QELProgress.h"
 #include "QELStandardOutput.h"

@@ -41,10 +41,6 @@ enum class QELFrameProblemKind {
 };
 constexpr size_t kQELFrameProblemKinds = static_cast<size_t>(QELFrameProblemKind::TagLikeValue) + 1;
 
-// The kind as the count of its unlisted problems names it: "a value line
-// that begins with '<'".
-const char* qelFrameProblemKindText(QELFrameProblemKind kind);
-
 struct QELFrameProblem {
     long line = 0;
     QELFrameProblemKind kind = QELFrameProblemKind::Declaration;
@@ -59,13 +55,6 @@ struct QELFrameReport {
     long lines = 0;
     static constexpr size_t kListedPerKind = 20;
 };
-
-// The report as lines for people, named `name`: each kept problem as
-// "NAME:LINE: message", then for each kind with problems not kept
-// "NAME: 3,751 further problems of the kind "..." not listed". Bytes quoted
-// from the file are escaped (qelEscape). `check` prints them as its report,
-// `apply` as its diagnostics.
-std::vector<std::string> qelFrameReportLines(const std::string& name, const QELFrameReport& report);
 
 // False when the file cannot be read at all (`error` says why); the frame's
 // own faults go into the report. `progress` is told the bytes read so far.

@@ -13,6 +13,7 @@
 
 #include "QELEscape.h"
 #include "QELFrameCheck.h"
+#include "QELFrameReport.h"
 #include "ScratchDir.h"
 
 namespace {
