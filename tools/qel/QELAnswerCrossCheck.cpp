@@ -10,7 +10,7 @@
 #include "QELHandleTable.h"
 #include "QELItem.h"
 #include "QELSessionFile.h"
-#include "QELShownText.h"
+#include "QELEscape.h"
 
 namespace {
 
@@ -52,8 +52,8 @@ void QELCrossCheckReport::add(long line, std::string message) {
     if (mismatches.size() < kMaxKept) mismatches.push_back({line, std::move(message)});
 }
 
-bool QELDescribedEntries::read(const std::string& path, std::string& error) {
-    _path = path;
+bool QELDescribedEntries::read(const std::string& path, const std::string& name, std::string& error) {
+    _path = name;
     _entries.clear();
     return qelCollectEntryFields(
         path,

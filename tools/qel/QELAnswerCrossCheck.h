@@ -68,8 +68,9 @@ using QELExpectation = std::function<bool(const std::string& token, QELExpectedE
 // The entries of a description, by token.
 class QELDescribedEntries {
 public:
-    // False when the file cannot be read (`error` says why).
-    bool read(const std::string& path, std::string& error);
+    // False when the file cannot be read (`error` says why); `name` names
+    // the description in messages.
+    bool read(const std::string& path, const std::string& name, std::string& error);
     bool expected(const std::string& token, QELExpectedEntry& out, std::string& why) const;
     size_t size() const { return _entries.size(); }
 

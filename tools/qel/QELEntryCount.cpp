@@ -14,7 +14,7 @@
 #include "QELHandleTable.h"
 #include "QELItem.h"
 #include "QELSession.h"
-#include "QELShownText.h"
+#include "QELEscape.h"
 #include "QELWorkSpace.h"
 
 namespace {

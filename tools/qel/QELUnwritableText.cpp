@@ -9,7 +9,7 @@
 #include "QELFrameLine.h"
 #include "QELHandleTable.h"
 #include "QELLineReader.h"
-#include "QELShownText.h"
+#include "QELEscape.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ void QELUnwritableText::collect() {
     }
 }
 
-void QELUnwritableText::report(const std::string& descriptionPath) const {
+void QELUnwritableText::report(const std::string& descriptionPath, const std::string& name) const {
     if (_values.empty()) return;
     QELLineReader reader;
     std::string error;
@@ -78,7 +78,7 @@ void QELUnwritableText::report(const std::string& descriptionPath) const {
         const QELComponent* component = QELHandleTable::resolve(walk.token());
         const std::string owner = component ? " of " + qelShown(component->get_Name().ConvertToUTF8()) : std::string();
         const Value& value = found->second;
-        qelSay("warning: %s:%ld: <%s>%s holds %s: %s%s%s", descriptionPath.c_str(), reader.lineNumber(),
+        qelSay("warning: %s:%ld: <%s>%s holds %s: %s%s%s", name.c_str(), reader.lineNumber(),
                std::string(element).c_str(), owner.c_str(), qelShown(value.utf8).c_str(),
                value.wide ? "characters above U+00FF are written as '?' in an ISO-8859-1 description" : "",
                value.wide && value.markup ? ", and " : "",

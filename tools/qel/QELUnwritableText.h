@@ -15,8 +15,9 @@ public:
     void collect();
     bool empty() const { return _values.empty(); }
     // One warning on standard error per entry's component and element whose
-    // value line is a recorded value.
-    void report(const std::string& descriptionPath) const;
+    // value line is a recorded value; `name` is the description's name for
+    // the user (the file is read from `descriptionPath`).
+    void report(const std::string& descriptionPath, const std::string& name) const;
 
 private:
     struct Value {

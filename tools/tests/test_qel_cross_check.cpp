@@ -114,7 +114,7 @@ protected:
         QELDescribedEntries entries;
         std::string error;
         EXPECT_TRUE(qelCrossCheckAnswer(answer, qelExpectedFromModel, model, error)) << error;
-        EXPECT_TRUE(entries.read(description, error)) << error;
+        EXPECT_TRUE(entries.read(description, description, error)) << error;
         EXPECT_TRUE(qelCrossCheckAnswer(
             answer,
             [&](const std::string& t, QELExpectedEntry& o, std::string& w) { return entries.expected(t, o, w); },
