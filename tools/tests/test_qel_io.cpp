@@ -216,6 +216,8 @@ void expectDiagnostics(const std::string& err) {
 class QelIoTest : public ::testing::Test {
 protected:
     void SetUp() override {
+        // A qel that stops reading its pipe must fail the test, not end it.
+        ::signal(SIGPIPE, SIG_IGN);
         dir = qeltest::scratchDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name();
         fs::remove_all(dir);
         fs::create_directories(dir + "/tmp");
