@@ -1,0 +1,114 @@
+#include "QELFuzzSession.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "CATDocument.h"
+#include "CV5CAAToolsCommon.h"
+#include "EMHManager.h"
+#include "ENVManager.h"
+#include "JNLManager.h"
+#include "PROCManager.h"
+#include "QELAbsoluteOccurrence.h"
+#include "QELDocument.h"
+#include "QELFuzzSessionComposer.h"
+#include "QELFuzzSupport.h"
+#include "QELHandleTable.h"
+#include "QELSessionFile.h"
+
+namespace qelfuzz {
+namespace {
+
+// The host switches the reader asks, each flipped from the session's value by
+// one bit of the switches byte.
+struct Switch {
+    bool (*get)();
+    void (*set)(bool);
+};
+const Switch kSwitches[] = {
+    {&PROCManager::manageDescForEmptyQEL, &PROCManager::setManageDescForEmptyQEL},
+    {&PROCManager::manageSavableStatusForNonSave, &PROCManager::setManageSavableStatusForNonSave},
+    {&ENVManager::manageForeignFilesOnSave, &ENVManager::setManageForeignFilesOnSave},
+    {&PROCManager::isCatalogStagingManaged, &PROCManager::setIsCatalogStagingManaged},
+    {&PROCManager::manageExternalFiles, &PROCManager::setManageExternalFiles},
+    {&ENVManager::isCompositeManaged, &ENVManager::setIsCompositeManaged},
+};
+constexpr int kSwitchCount = sizeof kSwitches / sizeof *kSwitches;
+
+// The parsed session of the last recipe. Parsing is pure, so a recipe met
+// again builds the same model whether it was kept or parsed anew. Only one
+// is kept: libFuzzer looks for leaks after every input that allocated more
+// than it freed, a scan of the whole heap that would cost more than parsing.
+const QELParsedSession& parsedRecipe(const uint8_t* recipe) {
+    static std::string lastRecipe;
+    static QELParsedSession parsed;
+    const std::string key(reinterpret_cast<const char*>(recipe), kRecipeSize);
+    if (key == lastRecipe) return parsed;
+    ByteSource bytes(recipe, kRecipeSize);
+    QELSessionFileError error;
+    if (!parsed.parse(composeSession(bytes, true, kReaderLimits).text, error)) {
+        std::fprintf(stderr, "qel fuzz: a composed session is not JSON: %s\n", error.message.c_str());
+        std::abort();
+    }
+    lastRecipe = key;
+    return parsed;
+}
+
+// The document active in the host: none, the first, the second or the last
+// document of the session, by its file name as the host names it.
+void activateDocument(int pick, const std::vector<QELDocument*>& documents) {
+    static CATDocument active;
+    if (pick == 0 || documents.empty()) {
+        CV5CAAToolsCommon::setActiveCATDocument(nullptr);
+        return;
+    }
+    const size_t index = pick == 3 ? documents.size() - 1 : std::min<size_t>(pick - 1, documents.size() - 1);
+    active.SetStorageName(CATUnicodeString("/tmp/qel/") + documents[index]->get_Name());
+    CV5CAAToolsCommon::setActiveCATDocument(&active);
+}
+
+void keepJournalsSmall() {
+    // The journal and the error handler only grow in memory.
+    JNLManager::setMaxEntries(256);
+    EMHManager::setMaxEntries(256);
+}
+
+} // namespace
+
+void buildReaderSession(const uint8_t* header) {
+    keepJournalsSmall();
+    QELSessionFileError error;
+    // A composed session the loader refuses leaves an empty model: the
+    // reader is fuzzed on that too.
+    parsedRecipe(header + 3).build(error);
+    applyProcessChoice(header[0]);
+    for (int bit = 0; bit < kSwitchCount; ++bit)
+        if (header[1] >> bit & 1) kSwitches[bit].set(!kSwitches[bit].get());
+
+    std::vector<QELDocument*> documents;
+    QELAbsoluteOccurrence* firstOccurrence = nullptr;
+    for (QELComponent* component : QELHandleTable::liveComponents()) {
+        if (component->isAbsolute() && !firstOccurrence)
+            firstOccurrence = static_cast<QELAbsoluteOccurrence*>(component);
+        else if (component->isAKindOf("CV5CAAQELDOCUMENT_CLASSNAME"))
+            documents.push_back(static_cast<QELDocument*>(component));
+    }
+    activateDocument(header[1] >> kSwitchCount & 3, documents);
+    if ((header[2] & 1) && firstOccurrence && !documents.empty())
+        documents.front()->linkComponentAbsoluteOccurrence(firstOccurrence);
+}
+
+bool loadComposedSession(ByteSource& bytes, bool allowRaw, bool& raw) {
+    keepJournalsSmall();
+    const ComposedSession composed = composeSession(bytes, allowRaw);
+    raw = composed.raw;
+    QELSessionFileError error;
+    if (qelLoadSessionText(composed.text, error)) return true;
+    resetSession();
+    return false;
+}
+
+} // namespace qelfuzz
