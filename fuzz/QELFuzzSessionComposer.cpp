@@ -275,14 +275,24 @@ private:
 
     const std::string& otherDocument() { return _documents[_in.pick(_documents.size())]; }
 
+    // The names the composites answers use, so that their blocks find the
+    // host's plies.
     Json stackings() {
-        Json ply = {{"name", label()},   {"status", _in.pick(4) == 0 ? -1 : 0},
-                    {"material", value()}, {"representation3D", value()},
-                    {"representation2D", value()}, {"cogX", value()},
-                    {"direction", value()}, {"mass", value()}};
-        Json sequence = {{"name", label()}, {"plies", Json::array({ply})}};
-        Json group = {{"name", label()}, {"sequences", Json::array({sequence})}};
-        return Json::array({{{"name", label()}, {"pliesGroups", Json::array({group})}}});
+        static const char* const stacking[] = {"Stacking.1", "Stacking.2"};
+        static const char* const group[] = {"Plies Group.1", "Group.1"};
+        static const char* const sequence[] = {"Sequence.1"};
+        static const char* const plies[] = {"Ply.1", "Ply.2", "Ply.9"};
+        Json ply = {{"name", text(plies, countOf(plies))},
+                    {"status", _in.pick(4) == 0 ? -1 : 0},
+                    {"material", value()},
+                    {"representation3D", value()},
+                    {"representation2D", value()},
+                    {"cogX", value()},
+                    {"direction", value()},
+                    {"mass", value()}};
+        Json sequences = {{"name", text(sequence, countOf(sequence))}, {"plies", Json::array({ply})}};
+        Json groups = {{"name", text(group, countOf(group))}, {"sequences", Json::array({sequences})}};
+        return Json::array({{{"name", text(stacking, countOf(stacking))}, {"pliesGroups", Json::array({groups})}}});
     }
 
     Json links() {

@@ -35,7 +35,7 @@ struct ComposeLimits {
 constexpr ComposeLimits kModelLimits{4, 6, 2, 6};
 // The reader harnesses build a session for every input: one workspace, a
 // few components, so that the build costs about what the reading does.
-constexpr ComposeLimits kReaderLimits{2, 3, 1, 3};
+constexpr ComposeLimits kReaderLimits{3, 4, 1, 3};
 
 // `allowRaw` lets the first byte choose raw mode.
 ComposedSession composeSession(ByteSource& bytes, bool allowRaw, const ComposeLimits& limits = kModelLimits);

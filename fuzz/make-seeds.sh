@@ -4,13 +4,13 @@
 #
 #   fuzz/make-seeds.sh [BUILD_DIR]
 #
-#   execute, options  header + answer: the sessions of the recipes that make
-#                     the most entries, described for several commands,
-#                     processes and phases and answered by qel answer; some
-#                     answers extended with the blocks of fuzz/seeds/ that no
-#                     simulated answer carries (into the first entry, or every
-#                     entry for the option flags; documents.xml as entries of
-#                     their own)
+#   execute, options  header + answer: the sessions of the recipes whose
+#                     descriptions hold the most kinds of element, described
+#                     for several commands, processes and phases and answered
+#                     by qel answer; some answers extended with the blocks of
+#                     fuzz/seeds/ that no simulated answer carries (into every
+#                     entry, whatever component it designates; documents.xml
+#                     as entries of their own)
 #   session           the bundled example, the tests' session files,
 #                     generated sessions and composed ones
 #   check, answer     the golden descriptions, the tests' frames, generated
@@ -40,14 +40,33 @@ processes=(none state-details state-details-factory state-details-update life-cy
 recipe() { printf 'recipe %s' "$1" | sha512sum | cut -c1-96; }
 byte() { printf "\\x$(printf %02x "$1")"; }
 
-# The recipes whose sessions load and give the most entries.
+# Recipes whose sessions load, chosen greedily so that their descriptions
+# together hold every kind of element any of them holds: each one chosen
+# adds the most kinds not yet held, under every command the writer knows.
 for n in $(seq 1 400); do
     r="$(recipe "$n")"
     "$compose" --reader "$r" >"$work/s.json"
-    if "$qel" describe "$work/s.json" -o "$work/d.xml" --command save 2>/dev/null; then
-        echo "$(grep -c '<Item_Info>' "$work/d.xml") $r"
-    fi
-done | sort -rn -k1,1 | head -n 6 | cut -d' ' -f2 >"$work/recipes"
+    tags=""
+    for command in save synchronize-active-shapes import; do
+        "$qel" describe "$work/s.json" -o "$work/d.xml" --command "$command" 2>/dev/null || continue
+        tags+=" $(grep -E '^<[A-Za-z_]+>' "$work/d.xml" | tr -d '\r' | sed "s/^/$command:/" | sort -u | tr '\n' ' ')"
+    done
+    [[ -n "$tags" ]] && echo "$r $tags"
+done | awk '{ recipe[NR] = $1; for (i = 2; i <= NF; ++i) has[NR, $i] = 1; tags[NR] = NF - 1; line[NR] = $0 }
+    END {
+        for (chosen = 0; chosen < 8; ++chosen) {
+            best = 0; gain = 0
+            for (n = 1; n <= NR; ++n) {
+                if (used[n]) continue
+                split(line[n], f, " "); g = 0
+                for (i = 2; i in f; ++i) if (!held[f[i]]) ++g
+                if (g > gain) { gain = g; best = n }
+            }
+            if (!best) break
+            used[best] = 1; print recipe[best]
+            split(line[best], f, " "); for (i = 2; i in f; ++i) held[f[i]] = 1
+        }
+    }' >"$work/recipes"
 
 for harness in execute options session check answer writer roundtrip; do
     mkdir -p "fuzz/corpus/$harness"
@@ -68,7 +87,7 @@ seed() {
                    "$work/a.xml" >"$work/x.xml" ;;
         documents) awk -v f=fuzz/seeds/documents.xml '/^<\/DESCFILE>\r?$/ { while ((getline l < f) > 0) print l } { print }' \
                        "$work/a.xml" >"$work/x.xml" ;;
-        *) awk -v f="fuzz/seeds/$fragment.xml" '/^<\/Item_Info>\r?$/ && !done { while ((getline l < f) > 0) print l; done = 1 } { print }' \
+        *) awk -v f="fuzz/seeds/$fragment.xml" '/^<\/Item_Info>\r?$/ { while ((getline l < f) > 0) print l; close(f) } { print }' \
                "$work/a.xml" >"$work/x.xml" ;;
         esac
         mv "$work/x.xml" "$work/a.xml"
@@ -90,8 +109,9 @@ while read -r r; do
     seed execute "${i}_save-as_factory" "$r"          2 7 1 128 1
     seed options "${i}_save" "$r"                     1 0 1 0 0
     seed options "${i}_import" "$r"                   4 5 2 63 0
-    if ((i == 1)); then
+    if ((i <= 3)); then
         seed execute "${i}_save_blocks" "$r"          1 0 1 0 1 blocks
+        seed execute "${i}_synchronize_blocks" "$r"   6 0 1 0 1 blocks
         seed execute "${i}_save_keys" "$r"            1 0 1 0 1 keys secondaries
         seed execute "${i}_synchronize_keys" "$r"     6 0 1 0 1 keys
         seed execute "${i}_save_composites" "$r"      1 0 1 32 0 composites
