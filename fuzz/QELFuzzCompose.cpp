@@ -18,8 +18,11 @@ int main(int argc, char** argv) {
     }
     std::vector<uint8_t> bytes;
     const std::string hex = argv[argc - 1];
-    for (size_t i = 0; i + 1 < hex.size(); i += 2) bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    for (size_t i = 0; i + 1 < hex.size(); i += 2)
+        bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
     qelfuzz::ByteSource source(bytes.data(), bytes.size());
-    std::printf("%s\n", qelfuzz::composeSession(source, true, reader ? qelfuzz::kReaderLimits : qelfuzz::kModelLimits).text.c_str());
+    std::printf("%s\n", qelfuzz::composeSession(
+                            source, true, reader ? qelfuzz::kReaderLimits : qelfuzz::kModelLimits)
+                            .text.c_str());
     return 0;
 }

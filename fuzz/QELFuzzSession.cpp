@@ -46,11 +46,13 @@ const QELParsedSession& parsedRecipe(const uint8_t* recipe) {
     static std::string lastRecipe;
     static QELParsedSession parsed;
     const std::string key(reinterpret_cast<const char*>(recipe), kRecipeSize);
-    if (key == lastRecipe) return parsed;
+    if (key == lastRecipe)
+        return parsed;
     ByteSource bytes(recipe, kRecipeSize);
     QELSessionFileError error;
     if (!parsed.parse(composeSession(bytes, true, kReaderLimits).text, error)) {
-        std::fprintf(stderr, "qel fuzz: a composed session is not JSON: %s\n", error.message.c_str());
+        std::fprintf(stderr, "qel fuzz: a composed session is not JSON: %s\n",
+                     error.message.c_str());
         std::abort();
     }
     lastRecipe = key;
@@ -65,7 +67,8 @@ void activateDocument(int pick, const std::vector<QELDocument*>& documents) {
         CV5CAAToolsCommon::setActiveCATDocument(nullptr);
         return;
     }
-    const size_t index = pick == 3 ? documents.size() - 1 : std::min<size_t>(pick - 1, documents.size() - 1);
+    const size_t index =
+        pick == 3 ? documents.size() - 1 : std::min<size_t>(pick - 1, documents.size() - 1);
     active.SetStorageName(CATUnicodeString("/tmp/qel/") + documents[index]->get_Name());
     CV5CAAToolsCommon::setActiveCATDocument(&active);
 }
@@ -86,7 +89,8 @@ void buildReaderSession(const uint8_t* header) {
     parsedRecipe(header + 3).build(error);
     applyProcessChoice(header[0]);
     for (int bit = 0; bit < kSwitchCount; ++bit)
-        if (header[1] >> bit & 1) kSwitches[bit].set(!kSwitches[bit].get());
+        if (header[1] >> bit & 1)
+            kSwitches[bit].set(!kSwitches[bit].get());
 
     std::vector<QELDocument*> documents;
     QELAbsoluteOccurrence* firstOccurrence = nullptr;
@@ -106,7 +110,8 @@ bool loadComposedSession(ByteSource& bytes, bool allowRaw, bool& raw) {
     const ComposedSession composed = composeSession(bytes, allowRaw);
     raw = composed.raw;
     QELSessionFileError error;
-    if (qelLoadSessionText(composed.text, error)) return true;
+    if (qelLoadSessionText(composed.text, error))
+        return true;
     resetSession();
     return false;
 }

@@ -15,15 +15,18 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-template <typename T, size_t N>
-constexpr size_t countOf(const T (&)[N]) {
-    return N;
-}
+template <typename T, size_t N> constexpr size_t countOf(const T (&)[N]) { return N; }
 
 // Words are Latin-1, as the model keeps them; toUtf8 makes them JSON text.
-const char* const kCommands[] = {"none",   "save",          "save-as",           "save-selected",
-                                 "import", "create-spreadsheet", "synchronize-active-shapes",
-                                 "update-status", "state-details-update"};
+const char* const kCommands[] = {"none",
+                                 "save",
+                                 "save-as",
+                                 "save-selected",
+                                 "import",
+                                 "create-spreadsheet",
+                                 "synchronize-active-shapes",
+                                 "update-status",
+                                 "state-details-update"};
 const char* const kProcesses[] = {"none",
                                   "state-details",
                                   "state-details-factory",
@@ -33,42 +36,98 @@ const char* const kProcesses[] = {"none",
                                   "checkout",
                                   "state-details,state-details-factory"};
 const char* const kPhases[] = {"1", "2", "none"};
-const char* const kManage[] = {"manageDescForEmptyQEL", "manageSavableStatusForNonSave", "manageCATIAIcons",
-                               "manageFlexibility",     "manageHideShow",                "manageScenes",
-                               "manageCatalog",         "manageExternalFiles",           "manageInvisibleBrokenIcon",
+const char* const kManage[] = {"manageDescForEmptyQEL",
+                               "manageSavableStatusForNonSave",
+                               "manageCATIAIcons",
+                               "manageFlexibility",
+                               "manageHideShow",
+                               "manageScenes",
+                               "manageCatalog",
+                               "manageExternalFiles",
+                               "manageInvisibleBrokenIcon",
                                "isCatalogStagingManaged"};
-const char* const kEnvironmentSwitches[] = {"isSaveHideShowManagedOnImport",  "isSaveScenesManagedOnSave",
-                                            "isManageCatiaStatusInCatiaTree", "isCompositeManaged",
-                                            "manageOccmappVtproperties",      "manageForeignFilesOnSave"};
-const char* const kHostSwitches[] = {"saveAllSheetsInOneFile", "isThereDrawing", "manageFlexibility",
-                                     "manageHideShow"};
-const char* const kSessionProperties[] = {"IsDesignTableManagedAsked", "IsDesignTableManaged", "Calcul_Flag",
-                                          "HasFlatteningWorkspace"};
+const char* const kEnvironmentSwitches[] = {
+    "isSaveHideShowManagedOnImport",  "isSaveScenesManagedOnSave",
+    "isManageCatiaStatusInCatiaTree", "isCompositeManaged",
+    "manageOccmappVtproperties",      "manageForeignFilesOnSave"};
+const char* const kHostSwitches[] = {"saveAllSheetsInOneFile", "isThereDrawing",
+                                     "manageFlexibility", "manageHideShow"};
+const char* const kSessionProperties[] = {"IsDesignTableManagedAsked", "IsDesignTableManaged",
+                                          "Calcul_Flag", "HasFlatteningWorkspace"};
 
 struct DocumentType {
     const char* name;
     const char* extension;
 };
 const DocumentType kDocumentTypes[] = {
-    {"product", ".CATProduct"}, {"part", ".CATPart"},    {"drawing", ".CATDrawing"},
+    {"product", ".CATProduct"}, {"part", ".CATPart"},         {"drawing", ".CATDrawing"},
     {"process", ".CATProcess"}, {"analysis", ".CATAnalysis"}, {"model", ".model"},
-    {"design-table", ".xls"},   {"catalog", ".catalog"}, {"unset", ".cgr"}};
+    {"design-table", ".xls"},   {"catalog", ".catalog"},      {"unset", ".cgr"}};
 constexpr size_t kDesignTable = 6;
 
-const char* const kNames[] = {"Gearbox", "Bolt M8", "Couvercle \xe9l\xe9ment", "Shaft", "Panel", "A", "x"};
+const char* const kNames[] = {"Gearbox", "Bolt M8", "Couvercle \xe9l\xe9ment", "Shaft", "Panel",
+                              "A",       "x"};
 // The property names the writer and the reader look at, and a few they do not.
-const char* const kPropertyNames[] = {
-    "Part_Number",     "Item_ID",         "ItemRev_ID",       "ItemRev_UID",         "ItemRev_Name",
-    "Nomenclature",    "DST_UID",         "DST_Version",      "Dat_File_Version",    "Modified_Flag",
-    "MAJ",             "Type",            "IsForeignFile",    "IsBrokenIcon",        "IsAForeignFile",
-    "Doc_Old_File_Name", "ShortFileName", "File_Name",        "File_Version",        "Check_Action",
-    "Occ_UID",         "InstanceName",    "Inst_Description", "CATIA_Mapping_Attribut", "OEM_Mapping_Attribut",
-    "IsAnIgnoreNode",  "IsVisible",       "IsHideInContext",  "Parent_Comp",         "NamedRef_UID",
-    "Sheet",           "Cfg",             "DTMap",            "IsDummyPart",         "CatalogComp",
-    "Date_Last_Modification", "Mapping_Inst_CATIA", "Material", "Calcul_Flag",      "Update_Flag"};
-const char* const kValues[] = {"",      "0",     "1",  "-1",          "2",   "TRUE",         "FALSE",
-                               "COMP",  "FF",    "A",  "CatalogComp_x", "ERROR", "Unknown",    "UID-1",
-                               "DST-1", "NR-1",  "Sheet.1", "a!!!b",  "/tmp/qel/x.CATPart", "Working"};
+const char* const kPropertyNames[] = {"Part_Number",
+                                      "Item_ID",
+                                      "ItemRev_ID",
+                                      "ItemRev_UID",
+                                      "ItemRev_Name",
+                                      "Nomenclature",
+                                      "DST_UID",
+                                      "DST_Version",
+                                      "Dat_File_Version",
+                                      "Modified_Flag",
+                                      "MAJ",
+                                      "Type",
+                                      "IsForeignFile",
+                                      "IsBrokenIcon",
+                                      "IsAForeignFile",
+                                      "Doc_Old_File_Name",
+                                      "ShortFileName",
+                                      "File_Name",
+                                      "File_Version",
+                                      "Check_Action",
+                                      "Occ_UID",
+                                      "InstanceName",
+                                      "Inst_Description",
+                                      "CATIA_Mapping_Attribut",
+                                      "OEM_Mapping_Attribut",
+                                      "IsAnIgnoreNode",
+                                      "IsVisible",
+                                      "IsHideInContext",
+                                      "Parent_Comp",
+                                      "NamedRef_UID",
+                                      "Sheet",
+                                      "Cfg",
+                                      "DTMap",
+                                      "IsDummyPart",
+                                      "CatalogComp",
+                                      "Date_Last_Modification",
+                                      "Mapping_Inst_CATIA",
+                                      "Material",
+                                      "Calcul_Flag",
+                                      "Update_Flag"};
+const char* const kValues[] = {"",
+                               "0",
+                               "1",
+                               "-1",
+                               "2",
+                               "TRUE",
+                               "FALSE",
+                               "COMP",
+                               "FF",
+                               "A",
+                               "CatalogComp_x",
+                               "ERROR",
+                               "Unknown",
+                               "UID-1",
+                               "DST-1",
+                               "NR-1",
+                               "Sheet.1",
+                               "a!!!b",
+                               "/tmp/qel/x.CATPart",
+                               "Working"};
 const double kNumbers[] = {0, 1, -1, 0.5, 2.5, 1e300, -1e-300, 42};
 
 std::string toUtf8(const std::string& latin1) {
@@ -86,7 +145,8 @@ std::string toUtf8(const std::string& latin1) {
 
 class Composer {
 public:
-    Composer(ByteSource& bytes, bool raw, const ComposeLimits& limits) : _in(bytes), _raw(raw), _limits(limits) {}
+    Composer(ByteSource& bytes, bool raw, const ComposeLimits& limits)
+        : _in(bytes), _raw(raw), _limits(limits) {}
 
     Json compose() {
         Json session = {{"format", "qel-session/1"}};
@@ -102,10 +162,13 @@ private:
     // A word of the table, or in raw mode (when the byte says so) any bytes.
     std::string text(const char* const* words, size_t count) {
         const uint8_t choice = _in.byte();
-        if (_raw && choice >= 0x80) return toUtf8(_in.bytes(12));
+        if (_raw && choice >= 0x80)
+            return toUtf8(_in.bytes(12));
         return toUtf8(words[choice % count]);
     }
-    std::string name(size_t index) { return text(kNames, countOf(kNames)) + "-" + std::to_string(index); }
+    std::string name(size_t index) {
+        return text(kNames, countOf(kNames)) + "-" + std::to_string(index);
+    }
     std::string value() { return text(kValues, countOf(kValues)); }
     // A value where the loader wants a name: never empty.
     std::string label() {
@@ -119,13 +182,16 @@ private:
     // Small numbers mostly, and the ends of the range.
     int integer() {
         const uint8_t choice = _in.byte();
-        if (choice == 0xFF) return 2147483647;
-        if (choice == 0xFE) return -2147483647 - 1;
+        if (choice == 0xFF)
+            return 2147483647;
+        if (choice == 0xFE)
+            return -2147483647 - 1;
         return choice % 64 - 16;
     }
     Json matrix() {
         Json numbers = Json::array();
-        for (int i = 0; i < 16; ++i) numbers.push_back(i % 5 == 0 && _in.bit() ? 1.0 : number());
+        for (int i = 0; i < 16; ++i)
+            numbers.push_back(i % 5 == 0 && _in.bit() ? 1.0 : number());
         return numbers;
     }
 
@@ -139,28 +205,47 @@ private:
         for (size_t count = _in.pick(5); count > 0; --count) {
             const std::string key = text(kPropertyNames, countOf(kPropertyNames));
             switch (_in.pick(scalarsOnly ? 4 : 9)) {
-            case 0: object[key] = value(); break;
-            case 1: object[key] = integer(); break;
-            case 2: object[key] = _in.bit(); break;
-            case 3: object[key] = {{"matrix", matrix()}}; break;
-            case 4: object[key] = {{"pairs", Json::array({Json::array({value(), value()})})}}; break;
-            case 5: object[key] = {{"strings", Json::array({value(), value()})}}; break;
-            case 6: object[key] = {{"integers", Json::array({integer()})}}; break;
-            case 7: object[key] = {{"booleans", Json::array({_in.bit(), _in.bit()})}}; break;
-            default: object[key] = 1; break;
+            case 0:
+                object[key] = value();
+                break;
+            case 1:
+                object[key] = integer();
+                break;
+            case 2:
+                object[key] = _in.bit();
+                break;
+            case 3:
+                object[key] = {{"matrix", matrix()}};
+                break;
+            case 4:
+                object[key] = {{"pairs", Json::array({Json::array({value(), value()})})}};
+                break;
+            case 5:
+                object[key] = {{"strings", Json::array({value(), value()})}};
+                break;
+            case 6:
+                object[key] = {{"integers", Json::array({integer()})}};
+                break;
+            case 7:
+                object[key] = {{"booleans", Json::array({_in.bit(), _in.bit()})}};
+                break;
+            default:
+                object[key] = 1;
+                break;
             }
         }
         return object;
     }
 
     // One bit of the input per switch, eight to a byte; a set bit turns it on.
-    template <size_t N>
-    Json switches(const char* const (&names)[N]) {
+    template <size_t N> Json switches(const char* const (&names)[N]) {
         Json object = Json::object();
         unsigned bits = 0;
         for (size_t i = 0; i < N; ++i) {
-            if (i % 8 == 0) bits = _in.byte();
-            if (bits >> i % 8 & 1) object[names[i]] = true;
+            if (i % 8 == 0)
+                bits = _in.byte();
+            if (bits >> i % 8 & 1)
+                object[names[i]] = true;
         }
         return object;
     }
@@ -171,10 +256,12 @@ private:
 
     Json settings() {
         const size_t choice = _in.byte();
-        Json settings = {{"command", kCommands[choice % countOf(kCommands)]},
-                         {"process", kProcesses[choice / countOf(kCommands) % countOf(kProcesses)]},
-                         {"phase", kPhases[choice / (countOf(kCommands) * countOf(kProcesses)) % countOf(kPhases)]},
-                         {"manage", switches(kManage)}};
+        Json settings = {
+            {"command", kCommands[choice % countOf(kCommands)]},
+            {"process", kProcesses[choice / countOf(kCommands) % countOf(kProcesses)]},
+            {"phase",
+             kPhases[choice / (countOf(kCommands) * countOf(kProcesses)) % countOf(kPhases)]},
+            {"manage", switches(kManage)}};
         Json environment = switches(kEnvironmentSwitches);
         environment["tempDirectory"] = "/tmp/qel/";
         environment["filesDirectory"] = "/tmp/qel/files/";
@@ -184,11 +271,14 @@ private:
         const uint8_t host = _in.byte();
         settings["host"] = Json::object();
         for (size_t i = 0; i < countOf(kHostSwitches); ++i)
-            if (host >> i & 1) settings["host"][kHostSwitches[i]] = true;
-        if (host & 0x10) settings["host"]["stagingPath"] = "/stage";
+            if (host >> i & 1)
+                settings["host"][kHostSwitches[i]] = true;
+        if (host & 0x10)
+            settings["host"]["stagingPath"] = "/stage";
         settings["properties"] = Json::object();
         for (size_t i = 0; i < countOf(kSessionProperties); ++i)
-            if (host >> (4 + i) & 1) settings["properties"][kSessionProperties[i]] = true;
+            if (host >> (4 + i) & 1)
+                settings["properties"][kSessionProperties[i]] = true;
         return settings;
     }
 
@@ -197,9 +287,12 @@ private:
         for (size_t i = 0, itemCount = 1 + count(_limits.items - 1, 1); i < itemCount; ++i) {
             Json item = {{"name", name(i)}, {"properties", properties()}};
             const uint8_t shape = _in.byte();
-            if (shape & 1) item["catalogComponent"] = true;
-            if (shape & 2) item["maskStatus"] = -1;
-            if (shape & 4) item["forms"] = {{{"type", "vt_item_master"}, {"properties", properties()}}};
+            if (shape & 1)
+                item["catalogComponent"] = true;
+            if (shape & 2)
+                item["maskStatus"] = -1;
+            if (shape & 4)
+                item["forms"] = {{{"type", "vt_item_master"}, {"properties", properties()}}};
             _items.push_back(item["name"]);
             items.push_back(item);
         }
@@ -207,16 +300,20 @@ private:
 
     void documents(Json& documents) {
         documents = Json::array();
-        for (size_t i = 0, documentCount = 1 + count(_limits.documents - 1, 2); i < documentCount; ++i) {
+        for (size_t i = 0, documentCount = 1 + count(_limits.documents - 1, 2); i < documentCount;
+             ++i) {
             // A zero byte makes a product first, then parts.
-            const size_t type = (_in.pick(countOf(kDocumentTypes)) + (i == 0 ? 0 : 1)) % countOf(kDocumentTypes);
+            const size_t type =
+                (_in.pick(countOf(kDocumentTypes)) + (i == 0 ? 0 : 1)) % countOf(kDocumentTypes);
             const std::string name = text(kNames, countOf(kNames)) + "_" + std::to_string(i) +
                                      kDocumentTypes[type].extension;
             Json document = {{"name", name}, {"type", kDocumentTypes[type].name}};
             const uint8_t shape = _in.byte();
-            if (!(shape & 1)) document["item"] = _items[(i + _in.pick(_items.size())) % _items.size()];
+            if (!(shape & 1))
+                document["item"] = _items[(i + _in.pick(_items.size())) % _items.size()];
             document["files"] = Json::array({name});
-            if (shape & 2) document["files"].push_back({{"name", name + ".txt"}, {"reference", "notes"}});
+            if (shape & 2)
+                document["files"].push_back({{"name", name + ".txt"}, {"reference", "notes"}});
             document["properties"] = properties();
             if (shape & 4) {
                 document["host"] = false;
@@ -233,16 +330,25 @@ private:
 
     void hostAnswers(Json& document, size_t type) {
         const uint8_t answers = _in.byte();
-        if (answers & 1) document["documentUID"] = value();
-        if (answers & 2) document["namedRefUID"] = value();
-        if (answers & 4) document["primary"] = true;
-        if (answers & 8) document["brokenIcon"] = true;
-        if (answers & 16) document["catalogComponent"] = true;
-        if (answers & 32) document["maskStatus"] = -1;
-        if (type == kDesignTable) document["designTableVisible"] = (answers & 128) != 0;
+        if (answers & 1)
+            document["documentUID"] = value();
+        if (answers & 2)
+            document["namedRefUID"] = value();
+        if (answers & 4)
+            document["primary"] = true;
+        if (answers & 8)
+            document["brokenIcon"] = true;
+        if (answers & 16)
+            document["catalogComponent"] = true;
+        if (answers & 32)
+            document["maskStatus"] = -1;
+        if (type == kDesignTable)
+            document["designTableVisible"] = (answers & 128) != 0;
         if (kDocumentTypes[type].name == std::string("drawing"))
-            document["sheets"] = Json::array({"Sheet.1", value()}), document["activeSheet"] = "Sheet.1";
-        if (answers & 64) document["scenes"] = Json::array({"Exploded"});
+            document["sheets"] = Json::array({"Sheet.1", value()}),
+            document["activeSheet"] = "Sheet.1";
+        if (answers & 64)
+            document["scenes"] = Json::array({"Exploded"});
     }
 
     // What documents refer to, once every document has its name.
@@ -253,23 +359,29 @@ private:
             if (relations & 1) {
                 const size_t table = _in.pick(_documents.size());
                 if (_documentTypes[table] == kDesignTable && table != i)
-                    document["designTables"] = {
-                        {{"document", _documents[table]}, {"name", value()}, {"properties", properties(true)}}};
+                    document["designTables"] = {{{"document", _documents[table]},
+                                                 {"name", value()},
+                                                 {"properties", properties(true)}}};
             }
             if (relations & 2)
                 document["alternateShapes"] = {{{"name", label()}, {"document", otherDocument()}}};
             if (relations & 4)
-                document["secondaries"] = {{{"document", otherDocument()}, {"properties", properties(true)}}};
+                document["secondaries"] = {
+                    {{"document", otherDocument()}, {"properties", properties(true)}}};
             // Only a document of the host answers these.
-            if ((relations & 8) && _hostDocuments[i]) document["externalFiles"] = Json::array({otherDocument()});
-            if ((relations & 16) && _hostDocuments[i]) document["stackings"] = stackings();
-            if (relations & 32) document["links"] = links();
+            if ((relations & 8) && _hostDocuments[i])
+                document["externalFiles"] = Json::array({otherDocument()});
+            if ((relations & 16) && _hostDocuments[i])
+                document["stackings"] = stackings();
+            if (relations & 32)
+                document["links"] = links();
             if (relations & 64) {
                 document["publications"] = Json::array({label()});
                 document["bodies"] = Json::array({"PartBody"});
             }
             if (relations & 128)
-                document["linkedDocuments"] = {{{"reference", "catpart"}, {"document", otherDocument()}}};
+                document["linkedDocuments"] = {
+                    {{"reference", "catpart"}, {"document", otherDocument()}}};
         }
     }
 
@@ -290,15 +402,20 @@ private:
                     {"cogX", value()},
                     {"direction", value()},
                     {"mass", value()}};
-        Json sequences = {{"name", text(sequence, countOf(sequence))}, {"plies", Json::array({ply})}};
-        Json groups = {{"name", text(group, countOf(group))}, {"sequences", Json::array({sequences})}};
-        return Json::array({{{"name", text(stacking, countOf(stacking))}, {"pliesGroups", Json::array({groups})}}});
+        Json sequences = {{"name", text(sequence, countOf(sequence))},
+                          {"plies", Json::array({ply})}};
+        Json groups = {{"name", text(group, countOf(group))},
+                       {"sequences", Json::array({sequences})}};
+        return Json::array({{{"name", text(stacking, countOf(stacking))},
+                             {"pliesGroups", Json::array({groups})}}});
     }
 
     Json links() {
         Json link = {{"name", text(kPropertyNames, countOf(kPropertyNames))}};
-        if (_in.bit()) link["item"] = _items[_in.pick(_items.size())];
-        else link["document"] = otherDocument();
+        if (_in.bit())
+            link["item"] = _items[_in.pick(_items.size())];
+        else
+            link["document"] = otherDocument();
         link["properties"] = properties(true);
         return Json::array({link});
     }
@@ -314,10 +431,14 @@ private:
             const std::string rootItem = _items[_in.pick(_items.size())];
             workspace["item"] = rootItem;
             const uint8_t shape = _in.byte();
-            if (shape & 1) workspace["type"] = "catalog";
-            if (i == active) workspace["active"] = true;
-            if (shape & 2) workspace["visible"] = false;
-            if (shape & 4) workspace["configuration"] = Json::array({"RevisionRule=Latest Working"});
+            if (shape & 1)
+                workspace["type"] = "catalog";
+            if (i == active)
+                workspace["active"] = true;
+            if (shape & 2)
+                workspace["visible"] = false;
+            if (shape & 4)
+                workspace["configuration"] = Json::array({"RevisionRule=Latest Working"});
             workspace["properties"] = properties();
             _occurrenceBudget = _limits.occurrences;
             std::vector<std::string> contexts{rootItem};
@@ -329,9 +450,11 @@ private:
     // A small tree: three levels deep at most.
     Json occurrences(std::vector<std::string>& contexts, int depth) {
         Json list = Json::array();
-        for (size_t siblings = depth < 3 ? count(2, 2) : 0; siblings > 0 && _occurrenceBudget > 0; --siblings) {
+        for (size_t siblings = depth < 3 ? count(2, 2) : 0; siblings > 0 && _occurrenceBudget > 0;
+             --siblings) {
             --_occurrenceBudget;
-            const std::string item = _items[(_occurrences + _in.pick(_items.size())) % _items.size()];
+            const std::string item =
+                _items[(_occurrences + _in.pick(_items.size())) % _items.size()];
             const std::string serial = std::to_string(++_occurrences);
             Json occurrence = {{"instance", text(kNames, countOf(kNames)) + "." + serial},
                                {"uid", "u-" + serial},
@@ -341,23 +464,30 @@ private:
             // occurrence, and a modified one fully: both unless asked not to.
             if (!(shape & 1)) {
                 occurrence["relative"] = "R-" + serial;
-                if (shape & 2) occurrence["matrix"] = matrix();
+                if (shape & 2)
+                    occurrence["matrix"] = matrix();
             }
             occurrence["properties"] = properties();
-            if (!occurrence["properties"].contains("Modified_Flag")) occurrence["properties"]["Modified_Flag"] = 1;
+            if (!occurrence["properties"].contains("Modified_Flag"))
+                occurrence["properties"]["Modified_Flag"] = 1;
             if (shape & 4) {
                 occurrence["views"] = {{{"context", contexts[_in.pick(contexts.size())]},
                                         {"visible", (shape & 128) == 0},
                                         {"hide", (shape & 128) != 0},
                                         {"matrix", matrix()}}};
             }
-            if (shape & 8) occurrence["componentShapes"] = {{{"name", label()}, {"document", otherDocument()}}};
+            if (shape & 8)
+                occurrence["componentShapes"] = {
+                    {{"name", label()}, {"document", otherDocument()}}};
             if (shape & 16) {
-                occurrence["sceneContexts"] = {
-                    {{"name", "Exploded"}, {"hide", shape & 2 ? "TRUE" : "FALSE"}, {"matrix", "1 0 0 0 1 0 0 0 1 0 0 0"}}};
+                occurrence["sceneContexts"] = {{{"name", "Exploded"},
+                                                {"hide", shape & 2 ? "TRUE" : "FALSE"},
+                                                {"matrix", "1 0 0 0 1 0 0 0 1 0 0 0"}}};
             }
-            if (shape & 32) occurrence["links"] = links();
-            if (shape & 64) occurrence["maskStatus"] = -1;
+            if (shape & 32)
+                occurrence["links"] = links();
+            if (shape & 64)
+                occurrence["maskStatus"] = -1;
             contexts.push_back(item);
             occurrence["children"] = occurrences(contexts, depth + 1);
             contexts.pop_back();

@@ -38,7 +38,8 @@ constexpr ComposeLimits kModelLimits{4, 6, 2, 6};
 constexpr ComposeLimits kReaderLimits{3, 4, 1, 3};
 
 // `allowRaw` lets the first byte choose raw mode.
-ComposedSession composeSession(ByteSource& bytes, bool allowRaw, const ComposeLimits& limits = kModelLimits);
+ComposedSession composeSession(ByteSource& bytes, bool allowRaw,
+                               const ComposeLimits& limits = kModelLimits);
 
 // Sets the running command, processes and phase that `selector` picks among
 // every command (and none), the processes alone and in pairs, and the two

@@ -18,7 +18,8 @@ struct ProcessFile {
     std::string path;
     explicit ProcessFile(const std::string& role) {
         const char* dir = std::getenv("TMPDIR");
-        path = std::string(dir && *dir ? dir : "/tmp") + "/qel_fuzz_" + role + "_" + std::to_string(getpid()) + ".xml";
+        path = std::string(dir && *dir ? dir : "/tmp") + "/qel_fuzz_" + role + "_" +
+               std::to_string(getpid()) + ".xml";
     }
     ~ProcessFile() { std::remove(path.c_str()); }
 };
@@ -43,7 +44,8 @@ const std::string& scratchFile(const char* role) {
 void resetSession() {
     qeltest::resetSession();
     if (!QELHandleTable::restartNumbering()) {
-        std::fprintf(stderr, "qel fuzz: %zu components outlive the model\n", QELHandleTable::liveCount());
+        std::fprintf(stderr, "qel fuzz: %zu components outlive the model\n",
+                     QELHandleTable::liveCount());
         std::abort();
     }
 }
@@ -53,8 +55,10 @@ size_t frameDepth(const uint8_t* data, size_t size) {
     bool lineStart = true;
     for (size_t i = 0; i < size; ++i) {
         if (lineStart && data[i] == '<' && i + 1 < size && data[i + 1] != '?') {
-            if (data[i + 1] == '/') depth -= depth > 0;
-            else deepest = std::max(deepest, ++depth);
+            if (data[i + 1] == '/')
+                depth -= depth > 0;
+            else
+                deepest = std::max(deepest, ++depth);
         }
         lineStart = data[i] == '\n';
     }

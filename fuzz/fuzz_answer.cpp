@@ -27,21 +27,24 @@ bool wellFramed(const std::string& path) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size > kMaxText || qelfuzz::frameDepth(data, size) > kMaxDepth) return 0;
+    if (size > kMaxText || qelfuzz::frameDepth(data, size) > kMaxDepth)
+        return 0;
     const std::string& description = qelfuzz::writeInput(data, size);
     const std::string& answer = qelfuzz::scratchFile("answer");
     QELAnswerSimulator simulator;
     std::string error;
     if (!simulator.run(description, answer, error)) {
         if (error.empty() || simulator.writeFailed()) {
-            std::fprintf(stderr, "qel fuzz: the simulator failed without a reason or could not write: %s\n",
+            std::fprintf(stderr,
+                         "qel fuzz: the simulator failed without a reason or could not write: %s\n",
                          error.c_str());
             std::abort();
         }
         return 0;
     }
     if (wellFramed(description) && !wellFramed(answer)) {
-        std::fprintf(stderr, "qel fuzz: the answer to a well-framed description is not well framed\n");
+        std::fprintf(stderr,
+                     "qel fuzz: the answer to a well-framed description is not well framed\n");
         std::abort();
     }
     return 0;

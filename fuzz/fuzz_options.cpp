@@ -17,10 +17,12 @@ constexpr size_t kMaxDepth = 32;
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size < qelfuzz::kHeaderSize || size - qelfuzz::kHeaderSize > kMaxAnswer) return 0;
+    if (size < qelfuzz::kHeaderSize || size - qelfuzz::kHeaderSize > kMaxAnswer)
+        return 0;
     const uint8_t* answer = data + qelfuzz::kHeaderSize;
     const size_t answerSize = size - qelfuzz::kHeaderSize;
-    if (qelfuzz::frameDepth(answer, answerSize) > kMaxDepth) return 0;
+    if (qelfuzz::frameDepth(answer, answerSize) > kMaxDepth)
+        return 0;
     const std::string& path = qelfuzz::writeInput(answer, answerSize);
     qelfuzz::buildReaderSession(data);
     {

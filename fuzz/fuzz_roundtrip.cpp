@@ -57,13 +57,17 @@ Carried carriedIds(const std::string& answer) {
     QELDescriptionScanner scanner;
     QELDescriptionEntry entry;
     std::string error;
-    if (!scanner.open(answer, error) || !scanner.readHeader(error)) fail("the simulator's answer: " + error);
+    if (!scanner.open(answer, error) || !scanner.readHeader(error))
+        fail("the simulator's answer: " + error);
     while (scanner.nextEntry(entry, error)) {
         const std::string id(entry.value("Item_ID"));
-        QELComponent* component = QELHandleTable::resolve(std::string(entry.value("POINTER_ADDRESS")));
-        if (id.empty() || !component) continue;
+        QELComponent* component =
+            QELHandleTable::resolve(std::string(entry.value("POINTER_ADDRESS")));
+        if (id.empty() || !component)
+            continue;
         if (component->isAbsolute()) {
-            if (const QELComponent* item = static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem())
+            if (const QELComponent* item =
+                    static_cast<QELAbsoluteOccurrence*>(component)->getLinkedItem())
                 carried.byItem[item].insert(id);
         } else if (component->isWorkSpace()) {
             if (const QELComponent* item = static_cast<QELWorkSpace*>(component)->getItem())
@@ -72,18 +76,21 @@ Carried carriedIds(const std::string& answer) {
             carried.anywhere.insert(id);
         }
     }
-    if (!error.empty()) fail("the simulator's answer: " + error);
+    if (!error.empty())
+        fail("the simulator's answer: " + error);
     return carried;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size > kMaxInput) return 0;
+    if (size > kMaxInput)
+        return 0;
     qelfuzz::ByteSource bytes(data, size);
     const uint8_t choice = bytes.byte();
     bool raw = false;
-    if (!qelfuzz::loadComposedSession(bytes, false, raw)) return 0;
+    if (!qelfuzz::loadComposedSession(bytes, false, raw))
+        return 0;
     qelfuzz::applyProcessChoice(choice);
 
     const std::string& description = qelfuzz::scratchFile("description");
@@ -107,11 +114,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         }
         for (const auto& [item, id] : itemIds()) {
             const auto old = before.find(item);
-            if (old != before.end() && old->second == id) continue;
+            if (old != before.end() && old->second == id)
+                continue;
             const auto allowed = carried.byItem.find(item);
-            if ((allowed != carried.byItem.end() && allowed->second.count(id)) || carried.anywhere.count(id)) continue;
-            fail("the reading gave " + std::string(item->get_Name().ConvertToChar()) + " the identifier " + id +
-                 " that no entry of its components carried");
+            if ((allowed != carried.byItem.end() && allowed->second.count(id)) ||
+                carried.anywhere.count(id))
+                continue;
+            fail("the reading gave " + std::string(item->get_Name().ConvertToChar()) +
+                 " the identifier " + id + " that no entry of its components carried");
         }
     }
     qelfuzz::resetSession();

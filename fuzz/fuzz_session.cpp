@@ -26,8 +26,10 @@ size_t jsonNesting(const uint8_t* data, size_t size) {
     for (size_t i = 0; i < size; ++i) {
         const uint8_t c = data[i];
         if (inString) {
-            if (c == '\\') ++i;
-            else if (c == '"') inString = false;
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
         } else if (c == '"') {
             inString = true;
         } else if (c == '[' || c == '{') {
@@ -42,9 +44,11 @@ size_t jsonNesting(const uint8_t* data, size_t size) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size > kMaxText || jsonNesting(data, size) > kMaxNesting) return 0;
+    if (size > kMaxText || jsonNesting(data, size) > kMaxNesting)
+        return 0;
     QELSessionFileError error;
-    if (!qelLoadSessionText(std::string(reinterpret_cast<const char*>(data), size), error) && error.message.empty()) {
+    if (!qelLoadSessionText(std::string(reinterpret_cast<const char*>(data), size), error) &&
+        error.message.empty()) {
         std::fprintf(stderr, "qel fuzz: the loader refused the text without saying why\n");
         std::abort();
     }

@@ -45,15 +45,18 @@ bool describe(const std::string& path) {
 
 bool writerReportedCount() {
     for (const EMHManager::Entry& entry : EMHManager::entries())
-        if (entry.code == 2104) return true;
+        if (entry.code == 2104)
+            return true;
     return false;
 }
 
 bool startsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
 
 bool writerAllows(const QELFrameProblem& problem) {
-    if (startsWith(problem.message, "NBElements announces ")) return writerReportedCount();
-    return startsWith(problem.message, "<Item_Info> has no value line") && PROCManager::isPhasePhase2();
+    if (startsWith(problem.message, "NBElements announces "))
+        return writerReportedCount();
+    return startsWith(problem.message, "<Item_Info> has no value line") &&
+           PROCManager::isPhasePhase2();
 }
 
 void requireWellFramed(const std::string& path, int choice) {
@@ -65,34 +68,39 @@ void requireWellFramed(const std::string& path, int choice) {
         return;
     std::string first = error;
     for (const QELFrameProblem& problem : report.problems) {
-        if (writerAllows(problem)) continue;
+        if (writerAllows(problem))
+            continue;
         first = std::to_string(problem.line) + ": " + problem.message;
         break;
     }
-    std::fprintf(stderr, "qel fuzz: the description for process choice %d breaks the frame: %s\n", choice,
-                 first.c_str());
+    std::fprintf(stderr, "qel fuzz: the description for process choice %d breaks the frame: %s\n",
+                 choice, first.c_str());
     std::abort();
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size > kMaxInput) return 0;
+    if (size > kMaxInput)
+        return 0;
     qelfuzz::ByteSource bytes(data, size);
     const uint8_t command = bytes.byte();
     const int phase = bytes.bit();
     bool raw = false;
-    if (!qelfuzz::loadComposedSession(bytes, true, raw)) return 0;
+    if (!qelfuzz::loadComposedSession(bytes, true, raw))
+        return 0;
 
     const std::string& description = qelfuzz::scratchFile("description");
     bool written = false;
     int choice = 0;
     for (int process = 0; process < kProcessCount; ++process) {
-        choice = (command + process) % kCommandCount + kCommandCount * (process + kProcessCount * phase);
+        choice =
+            (command + process) % kCommandCount + kCommandCount * (process + kProcessCount * phase);
         qelfuzz::applyProcessChoice(choice);
         EMHManager::clear();
         written = describe(description);
-        if (written && !raw) requireWellFramed(description, choice);
+        if (written && !raw)
+            requireWellFramed(description, choice);
     }
     if (written) {
         const std::string& answer = qelfuzz::scratchFile("answer");
@@ -102,7 +110,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             QELXMLToDM reader(answer.c_str());
             reader.execute(QELSession::getInstance());
         } else if (!raw) {
-            std::fprintf(stderr, "qel fuzz: the simulator refused a well-framed description: %s\n", error.c_str());
+            std::fprintf(stderr, "qel fuzz: the simulator refused a well-framed description: %s\n",
+                         error.c_str());
             std::abort();
         }
     }

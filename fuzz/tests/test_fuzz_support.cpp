@@ -19,7 +19,9 @@
 
 namespace {
 
-std::vector<uint8_t> bytesOf(const std::string& text) { return std::vector<uint8_t>(text.begin(), text.end()); }
+std::vector<uint8_t> bytesOf(const std::string& text) {
+    return std::vector<uint8_t>(text.begin(), text.end());
+}
 
 // Deterministic pseudo-random inputs.
 std::vector<uint8_t> noise(unsigned seed, size_t size) {
@@ -34,7 +36,8 @@ std::vector<uint8_t> noise(unsigned seed, size_t size) {
 std::string modelSignature() {
     std::string signature;
     for (QELComponent* component : QELHandleTable::liveComponents())
-        signature += QELHandleTable::format(component->get_Handle()) + component->get_Name().ConvertToChar() + "\n";
+        signature += QELHandleTable::format(component->get_Handle()) +
+                     component->get_Name().ConvertToChar() + "\n";
     return signature;
 }
 
@@ -62,7 +65,8 @@ TEST_F(FuzzSupportTest, ComposedSessionsMostlyLoad) {
 TEST_F(FuzzSupportTest, TheSameBytesComposeTheSameSession) {
     const std::vector<uint8_t> input = noise(7, 300);
     qelfuzz::ByteSource first(input.data(), input.size()), second(input.data(), input.size());
-    EXPECT_EQ(qelfuzz::composeSession(first, true).text, qelfuzz::composeSession(second, true).text);
+    EXPECT_EQ(qelfuzz::composeSession(first, true).text,
+              qelfuzz::composeSession(second, true).text);
 }
 
 TEST_F(FuzzSupportTest, RawTextKeepsEveryByte) {
@@ -102,14 +106,16 @@ TEST_F(FuzzSupportTest, ProcessChoicesCoverEveryCommandProcessAndPhase) {
     for (int choice = 0; choice < qelfuzz::kProcessChoices; ++choice) {
         qelfuzz::applyProcessChoice(choice);
         std::string state;
-        for (bool flag : {PROCManager::isCommandSave(), PROCManager::isCommandSaveAs(),
-                          PROCManager::isCommandSaveSelected(), PROCManager::isCommandImport(),
-                          PROCManager::isCommandCreateSpreadsheet(), PROCManager::isCommandSynchronizeActiveShapes(),
-                          PROCManager::isCommandUpdateStatus(), PROCManager::isCommandStateDetailsUpdate(),
-                          PROCManager::isProcessStateDetails(), PROCManager::isProcessStateDetailsFactory(),
-                          PROCManager::isProcessStateDetailsUpdate(), PROCManager::isProcessLifeCycleFactory(),
-                          PROCManager::isProcessBRRSave(), PROCManager::isProcessCheckout(),
-                          PROCManager::isPhasePhase1(), PROCManager::isPhasePhase2()})
+        for (bool flag :
+             {PROCManager::isCommandSave(), PROCManager::isCommandSaveAs(),
+              PROCManager::isCommandSaveSelected(), PROCManager::isCommandImport(),
+              PROCManager::isCommandCreateSpreadsheet(),
+              PROCManager::isCommandSynchronizeActiveShapes(), PROCManager::isCommandUpdateStatus(),
+              PROCManager::isCommandStateDetailsUpdate(), PROCManager::isProcessStateDetails(),
+              PROCManager::isProcessStateDetailsFactory(),
+              PROCManager::isProcessStateDetailsUpdate(), PROCManager::isProcessLifeCycleFactory(),
+              PROCManager::isProcessBRRSave(), PROCManager::isProcessCheckout(),
+              PROCManager::isPhasePhase1(), PROCManager::isPhasePhase2()})
             state += flag ? '1' : '0';
         seen.insert(state);
     }
@@ -126,8 +132,8 @@ TEST(FrameDepth, CountsTagsAtTheStartOfLines) {
         {"<?xml version=\"1.0\" ?>\n<DESCFILE>\n</DESCFILE>\n", 1},
         {"<A>\n<B>\nvalue\n</B>\n<C>\n</C>\n</A>\n", 2},
         {"<A>\r\n<B>\r\n<C>\r\n", 3},
-        {"text <A>\n <B>\n", 0},        // a tag inside a line opens nothing
-        {"</A>\n</A>\n<A>\n", 1},       // closing more than is open never goes below zero
+        {"text <A>\n <B>\n", 0},  // a tag inside a line opens nothing
+        {"</A>\n</A>\n<A>\n", 1}, // closing more than is open never goes below zero
         {"<", 0},
     };
     for (const Case& c : cases) {
