@@ -13,11 +13,14 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
+#include "QELDMToXML.h"
 #include "QELDocument.h"
 #include "QELFuzzSessionComposer.h"
 #include "QELFuzzSupport.h"
 #include "QELHandleTable.h"
+#include "QELSession.h"
 #include "QELSessionFile.h"
+#include "QELXMLToDM.h"
 
 namespace qelfuzz {
 namespace {
@@ -103,6 +106,31 @@ void buildReaderSession(const uint8_t* header) {
     activateDocument(header[1] >> kSwitchCount & 3, documents);
     if ((header[2] & 1) && firstOccurrence && !documents.empty())
         documents.front()->linkComponentAbsoluteOccurrence(firstOccurrence);
+}
+
+void readAnswerInput(const uint8_t* data, size_t size, Reading reading) {
+    if (size < kHeaderSize || size - kHeaderSize > kMaxAnswer)
+        return;
+    const uint8_t* answer = data + kHeaderSize;
+    const size_t answerSize = size - kHeaderSize;
+    if (frameDepth(answer, answerSize) > kMaxAnswerDepth)
+        return;
+    const std::string& path = writeInput(answer, answerSize);
+    buildReaderSession(data);
+    {
+        QELXMLToDM reader(path.c_str());
+        if (reading == Reading::Full)
+            reader.execute(QELSession::getInstance());
+        else
+            reader.readOptions(QELSession::getInstance());
+    }
+    resetSession();
+}
+
+bool describeSession(const std::string& path) {
+    QELDMToXML writer(path.c_str());
+    writer.execute(QELSession::getInstance());
+    return !writer.hasFailed();
 }
 
 bool loadComposedSession(ByteSource& bytes, bool allowRaw, bool& raw) {

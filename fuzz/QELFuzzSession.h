@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "QELFuzzBytes.h"
 
@@ -23,6 +24,19 @@ namespace qelfuzz {
 constexpr size_t kRecipeSize = 48;
 constexpr size_t kHeaderSize = 3 + kRecipeSize;
 void buildReaderSession(const uint8_t* header);
+
+// The reader harnesses' whole input: refuses one beyond the limits, writes
+// the answer, builds the session of the header, reads the answer into it
+// (the full reading, or only the options pass) and resets. Limits:
+// kMaxAnswer bytes of answer, tags kMaxAnswerDepth deep.
+constexpr size_t kMaxAnswer = 64 * 1024;
+constexpr size_t kMaxAnswerDepth = 32;
+enum class Reading { Full, OptionsOnly };
+void readAnswerInput(const uint8_t* data, size_t size, Reading reading);
+
+// Writes the description of the session built; false when the writer
+// itself reported a failure.
+bool describeSession(const std::string& path);
 
 // A session composed from the bytes, loaded into the model; false when the
 // loader refuses it (the model is left empty then). `raw` tells whether its

@@ -15,7 +15,6 @@
 
 #include "QELAbsoluteOccurrence.h"
 #include "QELAnswerSimulator.h"
-#include "QELDMToXML.h"
 #include "QELDescriptionScanner.h"
 #include "QELFuzzSession.h"
 #include "QELFuzzSessionComposer.h"
@@ -95,12 +94,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     const std::string& description = qelfuzz::scratchFile("description");
     const std::string& answer = qelfuzz::scratchFile("answer");
-    bool written = false;
-    {
-        QELDMToXML writer(description.c_str());
-        writer.execute(QELSession::getInstance());
-        written = !writer.hasFailed();
-    }
+    const bool written = qelfuzz::describeSession(description);
     QELAnswerSimulator simulator;
     std::string error;
     if (written && !simulator.run(description, answer, error))

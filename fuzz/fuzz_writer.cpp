@@ -22,7 +22,6 @@
 #include "EMHManager.h"
 #include "PROCManager.h"
 #include "QELAnswerSimulator.h"
-#include "QELDMToXML.h"
 #include "QELFrameCheck.h"
 #include "QELFuzzSession.h"
 #include "QELFuzzSessionComposer.h"
@@ -35,13 +34,6 @@ namespace {
 constexpr size_t kMaxInput = 4096;
 constexpr int kCommandCount = 9;
 constexpr int kProcessCount = 8;
-
-// False when the writer itself reported a failure.
-bool describe(const std::string& path) {
-    QELDMToXML writer(path.c_str());
-    writer.execute(QELSession::getInstance());
-    return !writer.hasFailed();
-}
 
 bool writerReportedCount() {
     for (const EMHManager::Entry& entry : EMHManager::entries())
@@ -98,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             (command + process) % kCommandCount + kCommandCount * (process + kProcessCount * phase);
         qelfuzz::applyProcessChoice(choice);
         EMHManager::clear();
-        written = describe(description);
+        written = qelfuzz::describeSession(description);
         if (written && !raw)
             requireWellFramed(description, choice);
     }
