@@ -127,6 +127,18 @@ void readAnswerInput(const uint8_t* data, size_t size, Reading reading) {
     resetSession();
 }
 
+bool writerAllows(const QELFrameProblem& problem) {
+    const auto startsWith = [&problem](const char* prefix) {
+        return problem.message.rfind(prefix, 0) == 0;
+    };
+    if (startsWith("NBElements announces ")) {
+        const std::vector<EMHManager::Entry>& reported = EMHManager::entries();
+        return std::any_of(reported.begin(), reported.end(),
+                           [](const EMHManager::Entry& entry) { return entry.code == 2104; });
+    }
+    return startsWith("<Item_Info> has no value line") && PROCManager::isPhasePhase2();
+}
+
 bool describeSession(const std::string& path) {
     QELDMToXML writer(path.c_str());
     writer.execute(QELSession::getInstance());

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "QELFrameCheck.h"
 #include "QELFuzzBytes.h"
 
 // The sessions the harnesses read into and write from, made from their input
@@ -33,6 +34,13 @@ constexpr size_t kMaxAnswer = 64 * 1024;
 constexpr size_t kMaxAnswerDepth = 32;
 enum class Reading { Full, OptionsOnly };
 void readAnswerInput(const uint8_t* data, size_t size, Reading reading);
+
+// Whether a problem the frame check finds in a description is one the
+// writer allows itself: an NBElements that does not match the entries, when
+// the writer reported it (error 2104), and in phase 2 an empty Item_Info (a
+// design table's phase-2 entry only completes phase 1 with its external
+// files, and may have none; the golden save_phase2.xml holds one).
+bool writerAllows(const QELFrameProblem& problem);
 
 // Writes the description of the session built; false when the writer
 // itself reported a failure.

@@ -65,4 +65,25 @@ size_t frameDepth(const uint8_t* data, size_t size) {
     return deepest;
 }
 
+size_t jsonNesting(const uint8_t* data, size_t size) {
+    size_t depth = 0, deepest = 0;
+    bool inString = false;
+    for (size_t i = 0; i < size; ++i) {
+        const uint8_t c = data[i];
+        if (inString) {
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            deepest = std::max(deepest, ++depth);
+        } else if ((c == ']' || c == '}') && depth > 0) {
+            --depth;
+        }
+    }
+    return deepest;
+}
+
 } // namespace qelfuzz

@@ -24,6 +24,8 @@ void resetSession();
 // The deepest nesting of the line frame's tags ("<X>" opens, "</X>" closes),
 // counted line by line; what the harnesses refuse before reading.
 size_t frameDepth(const uint8_t* data, size_t size);
+// The deepest nesting of JSON arrays and objects: brackets outside strings.
+size_t jsonNesting(const uint8_t* data, size_t size);
 
 } // namespace qelfuzz
 

@@ -19,32 +19,10 @@ namespace {
 constexpr size_t kMaxText = 64 * 1024;
 constexpr size_t kMaxNesting = 64;
 
-// Brackets outside strings, the way the JSON parser nests.
-size_t jsonNesting(const uint8_t* data, size_t size) {
-    size_t depth = 0, deepest = 0;
-    bool inString = false;
-    for (size_t i = 0; i < size; ++i) {
-        const uint8_t c = data[i];
-        if (inString) {
-            if (c == '\\')
-                ++i;
-            else if (c == '"')
-                inString = false;
-        } else if (c == '"') {
-            inString = true;
-        } else if (c == '[' || c == '{') {
-            deepest = std::max(deepest, ++depth);
-        } else if ((c == ']' || c == '}') && depth > 0) {
-            --depth;
-        }
-    }
-    return deepest;
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size > kMaxText || jsonNesting(data, size) > kMaxNesting)
+    if (size > kMaxText || qelfuzz::jsonNesting(data, size) > kMaxNesting)
         return 0;
     QELSessionFileError error;
     if (!qelLoadSessionText(std::string(reinterpret_cast<const char*>(data), size), error) &&

@@ -7,10 +7,7 @@
 // frame escapes nothing: a line break or a leading '<' in a value makes lines
 // the check refuses. Such a description is not checked, and the simulator
 // may refuse it; what it answers is read back all the same. The faults the
-// writer allows itself: an NBElements that does not match the entries it
-// wrote, which it reports as error 2104, and in phase 2 an empty Item_Info
-// (a design table's phase-2 entry only completes phase 1 with its external
-// files, and may have none; the golden save_phase2.xml holds one).
+// writer allows itself are those of qelfuzz::writerAllows.
 // Limits: kMaxInput bytes (the composer's own bounds keep the model small).
 #include <algorithm>
 #include <cstddef>
@@ -20,7 +17,6 @@
 #include <string>
 
 #include "EMHManager.h"
-#include "PROCManager.h"
 #include "QELAnswerSimulator.h"
 #include "QELFrameCheck.h"
 #include "QELFuzzSession.h"
@@ -35,32 +31,16 @@ constexpr size_t kMaxInput = 4096;
 constexpr int kCommandCount = 9;
 constexpr int kProcessCount = 8;
 
-bool writerReportedCount() {
-    for (const EMHManager::Entry& entry : EMHManager::entries())
-        if (entry.code == 2104)
-            return true;
-    return false;
-}
-
-bool startsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
-
-bool writerAllows(const QELFrameProblem& problem) {
-    if (startsWith(problem.message, "NBElements announces "))
-        return writerReportedCount();
-    return startsWith(problem.message, "<Item_Info> has no value line") &&
-           PROCManager::isPhasePhase2();
-}
-
 void requireWellFramed(const std::string& path, int choice) {
     QELFrameReport report;
     std::string error;
     const bool checked = qelCheckFrame(path, report, error);
     if (checked && report.problemCount == report.problems.size() &&
-        std::all_of(report.problems.begin(), report.problems.end(), writerAllows))
+        std::all_of(report.problems.begin(), report.problems.end(), qelfuzz::writerAllows))
         return;
     std::string first = error;
     for (const QELFrameProblem& problem : report.problems) {
-        if (writerAllows(problem))
+        if (qelfuzz::writerAllows(problem))
             continue;
         first = std::to_string(problem.line) + ": " + problem.message;
         break;

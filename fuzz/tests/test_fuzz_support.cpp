@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "EMHManager.h"
 #include "ENVManager.h"
 #include "PROCManager.h"
 #include "QELComponent.h"
@@ -120,6 +121,57 @@ TEST_F(FuzzSupportTest, ProcessChoicesCoverEveryCommandProcessAndPhase) {
         seen.insert(state);
     }
     EXPECT_EQ(seen.size(), static_cast<size_t>(qelfuzz::kProcessChoices));
+}
+
+TEST(JsonNesting, CountsBracketsOutsideStrings) {
+    struct Case {
+        const char* text;
+        size_t depth;
+    };
+    const Case cases[] = {
+        {"", 0},
+        {"{\"a\": [1, {\"b\": []}]}", 4},
+        {"\"[[[[\"", 0},     // brackets inside a string nest nothing
+        {"\"\\\"[[\" [", 1}, // an escaped quote does not end the string
+        {"]]]{", 1},         // closing more than is open never goes below zero
+        {"[[[[[[[[", 8},     // unclosed brackets count: the parser nests them before it fails
+    };
+    for (const Case& c : cases) {
+        const std::vector<uint8_t> bytes = bytesOf(c.text);
+        EXPECT_EQ(qelfuzz::jsonNesting(bytes.data(), bytes.size()), c.depth) << c.text;
+    }
+}
+
+TEST_F(FuzzSupportTest, TheWriterIsAllowedOnlyItsOwnFrameFaults) {
+    struct Case {
+        const char* message;
+        bool phase2;
+        bool reported2104;
+        bool allowed;
+    };
+    const Case cases[] = {
+        {"NBElements announces 7 entries, the file holds 0", false, true, true},
+        {"NBElements announces 7 entries, the file holds 0", false, false, false},
+        {"<Item_Info> has no value line: the reader would take </Item_Info> as its value", true,
+         false, true},
+        {"<Item_Info> has no value line: the reader would take </Item_Info> as its value", false,
+         false, false},
+        {"<File_Name> has no value line: the reader would take </File_Name> as its value", true,
+         true, false},
+        {"unbalanced tags: </CATPart> closes <Item_Info>", true, true, false},
+    };
+    for (const Case& c : cases) {
+        qelfuzz::applyProcessChoice(1 + (c.phase2 ? 72 : 0)); // save, no process, the phase
+        EMHManager::clear();
+        if (c.reported2104)
+            EMHManager::writeMsg("QELDMToXML::finishDescription", 2104, "");
+        QELFrameProblem problem;
+        problem.line = 13;
+        problem.message = c.message;
+        EXPECT_EQ(qelfuzz::writerAllows(problem), c.allowed)
+            << c.message << " phase 2: " << c.phase2;
+    }
+    EMHManager::clear();
 }
 
 TEST(FrameDepth, CountsTagsAtTheStartOfLines) {
