@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "CATDocument.h"
+#include "CV5CAAQELDocument.h"
 #include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
@@ -62,6 +65,68 @@ const QELParsedSession& parsedRecipe(const uint8_t* recipe) {
     return parsed;
 }
 
+// The bundled example session, parsed once: the recipe that asks for it
+// (kBundledRecipe) gives the reader the realistic session of seventeen
+// documents that the seeds' hand-extended blocks were written for.
+const QELParsedSession& bundledSession() {
+    static const QELParsedSession* parsed = [] {
+        std::ifstream in(QEL_FUZZ_BUNDLED_SESSION, std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        auto* session = new QELParsedSession();
+        QELSessionFileError error;
+        if (!in || !session->parse(text.str(), error)) {
+            std::fprintf(stderr, "qel fuzz: cannot parse %s: %s\n", QEL_FUZZ_BUNDLED_SESSION,
+                         error.message.c_str());
+            std::abort();
+        }
+        return session;
+    }();
+    return *parsed;
+}
+
+// Host states the bundled session does not hold, given to some of its
+// components so that the reader's paths for them are fuzzed too: shapes to
+// activate ("MAJ" 2) on two occurrences and a workspace, component shape
+// representations (a plain one and a foreign file) and the foreign document
+// behind the latter, the shaft document's component occurrence, and the
+// composite part as the primary document, the one composites answers go to.
+void addBundledHostStates() {
+    QELDocument* shaft = nullptr;
+    QELAbsoluteOccurrence* shaftOccurrence = nullptr;
+    for (QELComponent* component : QELHandleTable::liveComponents()) {
+        const std::string name = component->get_Name().ToLatin1();
+        if (component->isAbsolute()) {
+            auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
+            const std::string uid = occurrence->getOccUID().ToLatin1();
+            if (uid == "u-shf1" || uid == "u-pnl1")
+                occurrence->addIntegerProperty("MAJ", 2);
+            if (uid == "u-shf1")
+                shaftOccurrence = occurrence;
+            if (uid == "u-blt2" || uid == "u-spr1")
+                occurrence->addStringProperty("Type", "COMP");
+            if (uid == "u-spr1")
+                occurrence->addBooleanProperty("IsForeignFile", true);
+        } else if (component->isWorkSpace()) {
+            if (name == "Fixture.CATProduct")
+                component->addIntegerProperty("MAJ", 2);
+        } else if (component->isAKindOf("CV5CAAQELDOCUMENT_CLASSNAME")) {
+            auto* host = static_cast<CV5CAAQELDocument*>(component);
+            if (name == "Spacer_ring.CATPart")
+                host->addStringProperty("IsAForeignFile", "FF");
+            if (name == "Shaft.CATPart")
+                shaft = host;
+            if (name == "Gearbox.CATProduct" || name == "Panel.CATPart")
+                host->setIsPrimaryDocument(name == "Panel.CATPart");
+        }
+    }
+    if (!shaft || !shaftOccurrence) {
+        std::fprintf(stderr, "qel fuzz: the bundled session lacks the shaft the harness marks\n");
+        std::abort();
+    }
+    shaft->linkComponentAbsoluteOccurrence(shaftOccurrence);
+}
+
 // The document active in the host: none, the first, the second or the last
 // document of the session, by its file name as the host names it.
 void activateDocument(int pick, const std::vector<QELDocument*>& documents) {
@@ -87,9 +152,13 @@ void keepJournalsSmall() {
 void buildReaderSession(const uint8_t* header) {
     keepJournalsSmall();
     QELSessionFileError error;
+    const uint8_t* recipe = header + 3;
+    const bool bundled = std::equal(recipe, recipe + sizeof kBundledRecipe, kBundledRecipe);
     // A composed session the loader refuses leaves an empty model: the
     // reader is fuzzed on that too.
-    parsedRecipe(header + 3).build(error);
+    (bundled ? bundledSession() : parsedRecipe(recipe)).build(error);
+    if (bundled)
+        addBundledHostStates();
     applyProcessChoice(header[0]);
     for (int bit = 0; bit < kSwitchCount; ++bit)
         if (header[1] >> bit & 1)
@@ -104,7 +173,7 @@ void buildReaderSession(const uint8_t* header) {
             documents.push_back(static_cast<QELDocument*>(component));
     }
     activateDocument(header[1] >> kSwitchCount & 3, documents);
-    if ((header[2] & 1) && firstOccurrence && !documents.empty())
+    if (!bundled && (header[2] & 1) && firstOccurrence && !documents.empty())
         documents.front()->linkComponentAbsoluteOccurrence(firstOccurrence);
 }
 

@@ -19,11 +19,14 @@ namespace qelfuzz {
 //       last document of the session);
 //   [2] further host state: bit 0 links the first document to the first
 //       occurrence as its component occurrence;
-//   [3, kHeaderSize) the session, made by composeSession from these bytes.
+//   [3, kHeaderSize) the session, made by composeSession from these bytes;
+//       a recipe that begins with kBundledRecipe asks for the bundled
+//       example session instead, with a few host states it lacks.
 // The session is parsed once per distinct recipe and built again for every
 // input, so that the same input always reads into the same fresh model.
 constexpr size_t kRecipeSize = 48;
 constexpr size_t kHeaderSize = 3 + kRecipeSize;
+constexpr uint8_t kBundledRecipe[] = {0xFF, 0xFF, 0xFF, 0xFF};
 void buildReaderSession(const uint8_t* header);
 
 // The reader harnesses' whole input: refuses one beyond the limits, writes

@@ -18,7 +18,11 @@
 #   writer, roundtrip the recipes, after the bytes that pick command and phase
 #
 # The scanner's corpus is kept as it is. Existing seeds of the other harnesses
-# named seed_* are replaced; what a long run merged in stays.
+# named seed_* are replaced; what a long run merged in stays, and so do the
+# reader harnesses' bundled_* seeds: the answers to the bundled example
+# session (the recipe that begins with four 0xFF bytes), some extended by
+# hand with the keys and blocks the example's answers never carry, which
+# fuzz/seeds/ holds for the composed sessions.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
