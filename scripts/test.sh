@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Sets up the machine, then configures, builds and tests the release and the
-# sanitizer builds, then runs every fuzz harness for 15 seconds, two at a time
+# sanitizer builds, then runs every fuzz harness for 10 seconds, two at a time
 # (the fuzz stage, its build included, stays within six minutes on two CPUs).
 # Exits non-zero if any of them fails.
 set -euo pipefail
@@ -17,7 +17,7 @@ for preset in release sanitize; do
 done
 
 echo "=== fuzz ==="
-if ! bash scripts/fuzz.sh 15; then
+if ! bash scripts/fuzz.sh 10; then
     failed+=(fuzz)
 fi
 
