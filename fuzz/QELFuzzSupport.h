@@ -5,25 +5,27 @@
 #include <cstdint>
 #include <string>
 
-// What the fuzz harnesses share: the input written to a file of this process
-// (the reader reads files only) and a session model rebuilt for every input,
-// so that one input never sees what an earlier one left behind.
+// What the fuzz harnesses share: files of this process under TMPDIR (the
+// reader, the frame check and the answer simulator read files only), the
+// reset after every input, so that one input never sees what an earlier one
+// left behind, and the measure of nesting the harnesses limit.
 namespace qelfuzz {
 
 // Writes `size` bytes into this process's input file and answers its path.
 const std::string& writeInput(const uint8_t* data, size_t size);
+// A file of this process named after `role` ("description", "answer"),
+// removed when the process ends normally.
+const std::string& scratchFile(const char* role);
 
-// Builds the bundled example session (the same handles every time, so that
-// the POINTER_ADDRESS of the seed answers designate its components) with a
-// few host states it lacks (shapes to activate, component shape
-// representations, a foreign document, the composite part as primary
-// document), selects the command and the processes that `selector` picks,
-// flips the host switches of the low six bits of `switches` (0 keeps the
-// session's own) and makes active the host document its top two bits pick
-// (0: none).
-void buildSession(uint8_t selector, uint8_t switches);
-// Frees the model and puts every process-wide setting back.
+// Frees the model and puts every process-wide setting back; aborts when a
+// component outlives the model.
 void resetSession();
+
+// The deepest nesting of the line frame's tags ("<X>" opens, "</X>" closes),
+// counted line by line; what the harnesses refuse before reading.
+size_t frameDepth(const uint8_t* data, size_t size);
+// The deepest nesting of JSON arrays and objects: brackets outside strings.
+size_t jsonNesting(const uint8_t* data, size_t size);
 
 } // namespace qelfuzz
 

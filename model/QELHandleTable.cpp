@@ -49,13 +49,13 @@ QELComponent* QELHandleTable::resolve(uint64_t handle) {
     return t.slots[handle - t.base];
 }
 
-QELComponent* QELHandleTable::resolve(const std::string& token) {
+bool QELHandleTable::parse(const std::string& token, uint64_t& handle) {
     size_t b = 0, e = token.size();
     while (b < e && (token[b] == ' ' || token[b] == '\t' || token[b] == '\r' || token[b] == '\n')) ++b;
     while (e > b && (token[e - 1] == ' ' || token[e - 1] == '\t' || token[e - 1] == '\r' || token[e - 1] == '\n'))
         --e;
     if (e - b >= 2 && token[b] == '0' && (token[b + 1] == 'x' || token[b + 1] == 'X')) b += 2;
-    if (e - b != 16) return nullptr;
+    if (e - b != 16) return false;
     uint64_t h = 0;
     for (size_t i = b; i < e; ++i) {
         char c = token[i];
@@ -67,11 +67,17 @@ QELComponent* QELHandleTable::resolve(const std::string& token) {
         } else if (c >= 'a' && c <= 'f') {
             d = static_cast<unsigned>(c - 'a' + 10);
         } else {
-            return nullptr;
+            return false;
         }
         h = (h << 4) | d;
     }
-    return resolve(h);
+    handle = h;
+    return true;
+}
+
+QELComponent* QELHandleTable::resolve(const std::string& token) {
+    uint64_t handle = 0;
+    return parse(token, handle) ? resolve(handle) : nullptr;
 }
 
 std::string QELHandleTable::format(uint64_t handle) {

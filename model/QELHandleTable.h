@@ -20,9 +20,11 @@ public:
     // The live component of that handle, or null; owned by its maker, valid
     // until it is destroyed (when it leaves the table).
     static QELComponent* resolve(uint64_t handle);
-    // Parses exactly 16 hexadecimal digits (either case, optional "0x"
-    // prefix, surrounding blanks ignored); null for anything else. Owned as
-    // above.
+    // The handle a token prints: exactly 16 hexadecimal digits (either case,
+    // optional "0x" prefix, surrounding blanks ignored); false for anything else.
+    static bool parse(const std::string& token, uint64_t& handle);
+    // The live component a token designates; null for a token that parse()
+    // refuses or a handle that is not live. Owned as above.
     static QELComponent* resolve(const std::string& token);
     // The 16 upper-case hexadecimal digits of a handle.
     static std::string format(uint64_t handle);

@@ -50,6 +50,8 @@ public:
     long writeDocumentsForCatalogBrowser(TYPVectorPQELDocument* documents);
 
     bool hasFailed() const { return _failed; }
+    // After a failure: the system's reason (errno) of the call that failed.
+    int failureReason() const { return _failureReason; }
 
 private:
     // Tests reach the private writers through these, one per group of sources.
@@ -320,6 +322,7 @@ private:
     int _declaredElements;
     int _writtenItems;
     bool _failed;
+    int _failureReason;
     std::string _buffer; // reused by every formatted write
 };
 

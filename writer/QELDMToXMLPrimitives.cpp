@@ -111,7 +111,7 @@ std::array<char, 17> hexadecimal(unsigned long long value) {
 } // namespace
 
 QELDMToXML::QELDMToXML(const char* path)
-    : _file(nullptr), _declaredElements(0), _writtenItems(0), _failed(false) {
+    : _file(nullptr), _declaredElements(0), _writtenItems(0), _failed(false), _failureReason(0) {
     openFile(path);
 }
 
@@ -127,6 +127,7 @@ void QELDMToXML::openFile(const char* path) {
     if (_file) closeFile("QELDMToXML::openFile");
     _path = path ? path : "";
     _failed = false;
+    _failureReason = 0;
     _buffer.clear();
     if (!path) {
         errno = EINVAL;
@@ -193,6 +194,7 @@ void QELDMToXML::reportFailure(const char* function, const char* call) {
     const int reason = errno;
     if (_failed) return;
     _failed = true;
+    _failureReason = reason;
     std::string detail = std::string(call) + ": " + _path + ": " + std::strerror(reason);
     EMHManager::writeMsg(function, kWriteFailed, detail.c_str());
     JNLManager::writeMsgFormatted("%s: %s; the rest of the description is not written", function, detail.c_str());

@@ -1,6 +1,7 @@
 #include "QELAnswerSimulator.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "QELAnswerNames.h"
 
@@ -81,7 +82,9 @@ bool QELAnswerSimulator::run(const std::string& descriptionPath, const std::stri
         // No half answer is left behind for a reader to take.
         std::string ignored;
         _out.close(ignored);
-        if (answerPath != "-") std::remove(answerPath.c_str());
+        // Only a file of its own: the answer may go to a device.
+        std::error_code ignoredError;
+        if (std::filesystem::is_regular_file(answerPath, ignoredError)) std::remove(answerPath.c_str());
         return false;
     }
     _out.closeTag("DESCFILE");

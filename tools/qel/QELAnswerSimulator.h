@@ -46,8 +46,10 @@ public:
     bool run(const std::string& descriptionPath, const std::string& answerPath, std::string& error,
              const Progress& progress = {});
     // After a failed run: the answer could not be written (rather than the
-    // description being unreadable or malformed). `error` then names the answer.
+    // description being unreadable or malformed). `error` then names the
+    // answer, and writeError() is the system's reason.
     bool writeFailed() const { return _writeFailed; }
+    int writeError() const { return _out.failureReason(); }
     // After a failed run: the description's line at fault, 0 for none.
     long errorLine() const { return _errorLine; }
     long entries() const { return _entries; }

@@ -6,6 +6,8 @@
 
 #include "QELCommandSupport.h"
 #include "QELCommands.h"
+#include "QELInputFile.h"
+#include "QELOutputFile.h"
 
 namespace {
 
@@ -16,9 +18,15 @@ struct DescribeOptions {
 };
 
 int describe(const DescribeOptions& options) {
+    // The output first: a long build is not spent on a file that cannot be written.
+    QELOutputFile output;
+    if (!output.open(options.output)) return QELExit_Failed;
+    QELInputFile session;
+    if (const int status = session.open(options.session)) return status;
     QELModelScope model;
-    if (!qelBuildSession(options.session, options.choice)) return QELExit_Usage;
-    return qelWriteDescription(options.output) ? QELExit_Success : QELExit_Failed;
+    if (!qelBuildSession(session, options.choice)) return QELExit_Usage;
+    const bool written = qelWriteDescription(output.path(), output.name()) && output.commit();
+    return written ? QELExit_Success : QELExit_Failed;
 }
 
 } // namespace
@@ -26,8 +34,11 @@ int describe(const DescribeOptions& options) {
 void qelAddDescribeCommand(CLI::App& app, QELRun& run) {
     auto options = std::make_shared<DescribeOptions>();
     CLI::App* command = app.add_subcommand("describe", "Write the description of a session for the PDM side");
-    command->add_option("SESSION", options->session, "the session file (JSON)")->required()->check(CLI::ExistingFile);
-    command->add_option("-o,--output", options->output, "the description file to write")->required();
+    command->add_option("SESSION", options->session, "the session file (JSON; - for standard input)")
+        ->required()
+        ->check(qelExistingInput());
+    command->add_option("-o,--output", options->output, "the description file to write (- for standard output)")
+        ->required();
     qelAddProcessOptions(*command, options->choice);
     command->callback([&run, options] { run.work = [options] { return describe(*options); }; });
 }

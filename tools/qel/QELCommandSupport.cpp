@@ -5,24 +5,41 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <unordered_map>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "EMHManager.h"
+#include "QELAnswerCrossCheck.h"
+#include "QELEntryCount.h"
+#include "QELErrorCodes.h"
+#include "QELFrameCheck.h"
+#include "QELUnwritableText.h"
 #include "QELDMToXML.h"
+#include "QELEscape.h"
+#include "QELInputFile.h"
 #include "QELProgress.h"
 #include "QELSession.h"
 #include "QELSessionFile.h"
 #include "QELXMLToDM.h"
 
+namespace {
+// The writer's error when the entries written differ from its NBElements.
+constexpr long kCountDiffers = 2104;
+} // namespace
+
 void qelSay(const char* format, ...) {
-    std::fputs("qel: ", stderr);
     va_list arguments;
     va_start(arguments, format);
-    std::vfprintf(stderr, format, arguments);
+    va_list measuring;
+    va_copy(measuring, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, measuring);
+    va_end(measuring);
+    std::string message(length > 0 ? static_cast<size_t>(length) : 0, '\0');
+    if (length > 0) std::vsnprintf(&message[0], message.size() + 1, format, arguments);
     va_end(arguments);
-    std::fputc('\n', stderr);
+    std::fprintf(stderr, "qel: %s\n", qelEscape(message).c_str());
 }
 
 void qelAddProcessOptions(CLI::App& command, QELProcessChoice& choice) {
@@ -35,18 +52,19 @@ void qelAddProcessOptions(CLI::App& command, QELProcessChoice& choice) {
     command.add_option("--phase", choice.phase, "the save phase, overriding the session file (1, 2, none)");
 }
 
-bool qelBuildSession(const std::string& path, const QELProcessChoice& choice) {
+bool qelBuildSession(const QELInputFile& session, const QELProcessChoice& choice) {
     QELSessionFileError error;
     bool built = false;
     {
-        QELProgress progress("building the session of " + path);
-        built = qelLoadSessionFile(path, error);
+        QELProgress progress("building the session of " + session.name());
+        built = qelLoadSessionFile(session.path(), error);
     }
     if (!built) {
+        const char* name = session.name().c_str();
         if (error.line > 0)
-            qelSay("%s:%d:%d: %s", path.c_str(), error.line, error.column, error.message.c_str());
+            qelSay("%s:%d:%d: %s", name, error.line, error.column, error.message.c_str());
         else
-            qelSay("%s: %s", path.c_str(), error.message.c_str());
+            qelSay("%s: %s", name, error.message.c_str());
         return false;
     }
     if (choice.command.empty() && choice.process.empty() && choice.phase.empty()) return true;
@@ -58,36 +76,75 @@ bool qelBuildSession(const std::string& path, const QELProcessChoice& choice) {
 
 QELModelScope::~QELModelScope() { QELSession::freeModel(); }
 
-void qelReportLibraryErrors() {
-    for (const EMHManager::Entry& entry : EMHManager::entries())
-        qelSay("warning: %s: error %ld%s%s", entry.function.c_str(), entry.code, entry.detail.empty() ? "" : ": ",
-               entry.detail.c_str());
+void qelReportLibraryErrors(bool countExplained) {
+    for (const EMHManager::Entry& entry : EMHManager::entries()) {
+        if (countExplained && entry.code == kCountDiffers) continue;
+        const char* meaning = qelErrorMeaning(entry.code);
+        qelSay("warning: %s: error %ld%s%s%s%s%s", entry.function.c_str(), entry.code, meaning ? " (" : "",
+               meaning ? meaning : "", meaning ? ")" : "", entry.detail.empty() ? "" : ": ",
+               entry.detail.empty() ? "" : qelShown(entry.detail, 200).c_str());
+    }
     EMHManager::clear();
 }
 
-bool qelWriteDescription(const std::string& path) {
-    bool failed = false;
-    {
-        QELProgress progress("writing the description " + path);
-        QELDMToXML writer(path.c_str());
-        writer.execute(QELSession::getInstance());
-        failed = writer.hasFailed();
+namespace {
+
+// The writer reports a count that differs from what it wrote; some of its
+// counting rules make that difference on purpose. Says which, from the
+// model; true when they account for all of it.
+bool explainEntryCount(const std::string& path, const std::string& name) {
+    QELFrameReport frame;
+    std::unordered_map<uint64_t, long> written;
+    std::string error;
+    if (!qelCheckFrame(path, frame, error) || frame.announced < 0 || !qelWrittenTokens(path, written, error))
+        return false;
+    const QELCountExplanation explanation = qelExplainEntryCount(written);
+    if (explanation.explains(frame.announced)) {
+        qelSay("note: %s: %s", name.c_str(), qelCountNote(frame.announced, frame.entries, explanation).c_str());
+        return true;
     }
-    qelReportLibraryErrors();
-    if (failed) qelSay("%s: the description could not be written", path.c_str());
-    return !failed;
+    if (!explanation.catalog)
+        qelSay("warning: %s: NBElements announces %ld entries and %ld are written; %ld entries of difference follow "
+               "none of the writer's counting rules",
+               name.c_str(), frame.announced, frame.entries, explanation.unexplained);
+    return false;
 }
 
-bool qelReadAnswer(const std::string& path, bool optionsOnly) {
+bool countDiffers() {
+    for (const EMHManager::Entry& entry : EMHManager::entries())
+        if (entry.code == kCountDiffers) return true;
+    return false;
+}
+
+} // namespace
+
+bool qelWriteDescription(const std::string& path, const std::string& name) {
+    int failure = 0;
+    QELUnwritableText unwritable;
+    unwritable.collect();
+    {
+        QELProgress progress("writing the description " + name);
+        QELDMToXML writer(path.c_str());
+        writer.execute(QELSession::getInstance());
+        if (writer.hasFailed()) failure = writer.failureReason() != 0 ? writer.failureReason() : EIO;
+    }
+    qelReportLibraryErrors(failure == 0 && countDiffers() && explainEntryCount(path, name));
+    if (failure != 0) qelSay("%s: cannot be written: %s", name.c_str(), std::strerror(failure));
+    else unwritable.report(path, name);
+    return failure == 0;
+}
+
+bool qelReadAnswer(const QELInputFile& answer, bool optionsOnly) {
+    const std::string& path = answer.path();
     // The reader only journals a file it cannot open; say it here.
     if (FILE* file = std::fopen(path.c_str(), "rb")) {
         std::fclose(file);
     } else {
-        qelSay("%s: %s", path.c_str(), std::strerror(errno));
+        qelSay("%s: %s", answer.name().c_str(), std::strerror(errno));
         return false;
     }
     {
-        QELProgress progress("reading the answer " + path);
+        QELProgress progress("reading the answer " + answer.name());
         QELXMLToDM reader(path.c_str());
         if (optionsOnly) reader.readOptions(QELSession::getInstance());
         else reader.execute(QELSession::getInstance());
@@ -96,26 +153,21 @@ bool qelReadAnswer(const std::string& path, bool optionsOnly) {
     return true;
 }
 
+void qelListMismatches(const std::string& path, const QELCrossCheckReport& report, const char* prefix) {
+    for (size_t i = 0; i < report.mismatches.size() && i < kListedMismatches; ++i)
+        qelSay("%s%s:%ld: %s", prefix, path.c_str(), report.mismatches[i].line, report.mismatches[i].message.c_str());
+    if (report.count > kListedMismatches)
+        qelSay("%s%s: %zu further mismatches not listed", prefix, path.c_str(), report.count - kListedMismatches);
+}
+
 std::string qelBundledSession() {
-    for (const char* candidate : {QEL_SOURCE_SESSION, QEL_INSTALLED_SESSION}) {
-        std::error_code error;
-        if (std::filesystem::is_regular_file(candidate, error)) return candidate;
-    }
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    std::vector<std::filesystem::path> candidates;
+    if (!error) candidates.push_back(program.parent_path() / QEL_SESSION_FROM_PROGRAM);
+    candidates.emplace_back(QEL_SOURCE_SESSION);
+    candidates.emplace_back(QEL_INSTALLED_SESSION);
+    for (const std::filesystem::path& candidate : candidates)
+        if (std::filesystem::is_regular_file(candidate, error)) return candidate.lexically_normal().string();
     return QEL_SOURCE_SESSION;
-}
-
-QELScratchDirectory::QELScratchDirectory() {
-    std::error_code error;
-    std::filesystem::path base = std::filesystem::temp_directory_path(error);
-    if (error) base = "/tmp";
-    std::string pattern = (base / "qel-XXXXXX").string();
-    std::vector<char> buffer(pattern.begin(), pattern.end());
-    buffer.push_back('\0');
-    if (mkdtemp(buffer.data())) _path = buffer.data();
-}
-
-QELScratchDirectory::~QELScratchDirectory() {
-    if (_path.empty()) return;
-    std::error_code error;
-    std::filesystem::remove_all(_path, error);
 }

@@ -1,7 +1,5 @@
 // qel tree SESSION and qel generate: the assembly tree of a session file,
 // and synthetic session files for large runs.
-#include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <memory>
 
@@ -9,8 +7,11 @@
 
 #include "QELCommandSupport.h"
 #include "QELCommands.h"
+#include "QELInputFile.h"
+#include "QELOutputFile.h"
 #include "QELProgress.h"
 #include "QELSessionFile.h"
+#include "QELStandardOutput.h"
 
 namespace {
 
@@ -20,11 +21,12 @@ struct TreeOptions {
 };
 
 int tree(const TreeOptions& options) {
+    QELInputFile session;
+    if (const int status = session.open(options.session)) return status;
     QELModelScope model;
-    if (!qelBuildSession(options.session, {})) return QELExit_Usage;
+    if (!qelBuildSession(session, {})) return QELExit_Usage;
     qelPrintTree(std::cout, options.format == "dot");
-    std::cout.flush();
-    return std::cout ? QELExit_Success : QELExit_Failed;
+    return qelStandardOutputWritten() ? QELExit_Success : QELExit_Failed;
 }
 
 struct GenerateOptions {
@@ -40,19 +42,9 @@ int generate(const GenerateOptions& options) {
         QELProgress progress("generating " + std::to_string(options.occurrences) + " occurrences");
         text = qelGenerateSession(options.occurrences, options.depth, options.seed);
     }
-    if (options.output == "-") {
-        std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
-        std::cout.flush();
-        if (std::cout) return QELExit_Success;
-        qelSay("standard output: write error");
-        return QELExit_Failed;
-    }
-    std::ofstream out(options.output, std::ios::binary);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    out.close();
-    if (out) return QELExit_Success;
-    qelSay("%s: cannot be written", options.output.c_str());
-    return QELExit_Failed;
+    QELOutputFile output;
+    const bool written = output.open(options.output, true) && output.write(text) && output.commit();
+    return written ? QELExit_Success : QELExit_Failed;
 }
 
 } // namespace
@@ -60,7 +52,9 @@ int generate(const GenerateOptions& options) {
 void qelAddTreeCommand(CLI::App& app, QELRun& run) {
     auto treeOptions = std::make_shared<TreeOptions>();
     CLI::App* tree = app.add_subcommand("tree", "Print the assembly tree of a session's workspaces");
-    tree->add_option("SESSION", treeOptions->session, "the session file (JSON)")->required()->check(CLI::ExistingFile);
+    tree->add_option("SESSION", treeOptions->session, "the session file (JSON; - for standard input)")
+        ->required()
+        ->check(qelExistingInput());
     tree->add_option("--format", treeOptions->format, "text (indented) or dot (Graphviz)")
         ->check(CLI::IsMember({"text", "dot"}))
         ->capture_default_str();

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 #include "QELFrameLine.h"
 #include "QELLineReader.h"
 
 namespace {
+
+using Kind = QELFrameProblemKind;
 
 constexpr std::string_view kRoot = "DESCFILE";
 constexpr std::string_view kCount = "NBElements";
@@ -52,11 +55,11 @@ public:
         _number = number;
         if (number == 1) return declaration(text);
         if (number == 2 && text != "<DESCFILE>")
-            problem(number, "expected <DESCFILE> on line 2, found " + quoted(text));
+            problem(Kind::Root, number, "expected <DESCFILE> on line 2, found " + quoted(text));
         // The reader stops at the end of the root: what follows is said once.
         if (_rootClosed) {
             if (!_saidAfterRoot && !isBlank(text))
-                problem(number, "content after </DESCFILE>: " + quoted(text) + " is never read");
+                problem(Kind::OutsideRoot, number, "content after </DESCFILE>: " + quoted(text) + " is never read");
             _saidAfterRoot = _saidAfterRoot || !isBlank(text);
             return;
         }
@@ -71,28 +74,35 @@ public:
     }
 
     void finish(long lastLine) {
-        if (lastLine == 0) problem(1, "the file is empty: expected the declaration <?xml ... ?>");
-        else if (lastLine == 1) problem(1, "the file ends before <DESCFILE>");
-        for (const OpenElement& element : _stack) problem(element.line, "<" + element.name + "> is never closed");
+        if (lastLine == 0) problem(Kind::Declaration, 1, "the file is empty: expected the declaration <?xml ... ?>");
+        else if (lastLine == 1) problem(Kind::Root, 1, "the file ends before <DESCFILE>");
+        for (const OpenElement& element : _stack)
+            problem(Kind::NeverClosed, element.line, "<" + element.name + "> is never closed");
         if (lastLine >= 2 && !_sawRoot) return;
+        if (_countValid) {
+            _report.announced = _announced;
+            _report.countLine = _countLine;
+        }
         if (_countLine == 0) {
-            if (lastLine >= 2) problem(lastLine, "no NBElements under <DESCFILE>: the reader reads no entry");
+            if (lastLine >= 2)
+                problem(Kind::Count, lastLine, "no NBElements under <DESCFILE>: the reader reads no entry");
         } else if (_countValid && _announced != _report.entries) {
-            problem(_countLine, "NBElements announces " + std::to_string(_announced) + " entries, the file holds " +
-                                    std::to_string(_report.entries));
+            problem(Kind::Count, _countLine,
+                    "NBElements announces " + std::to_string(_announced) + " entries, the file holds " +
+                        std::to_string(_report.entries));
         }
     }
 
 private:
-    void problem(long line, std::string message) {
+    void problem(Kind kind, long line, std::string message) {
         ++_report.problemCount;
-        if (_report.problems.size() < QELFrameReport::kMaxKept)
-            _report.problems.push_back({line, std::move(message)});
+        if (++_report.countByKind[static_cast<size_t>(kind)] <= QELFrameReport::kListedPerKind)
+            _report.problems.push_back({line, kind, std::move(message)});
     }
 
     void declaration(std::string_view text) {
         if (text.substr(0, 5) != "<?xml" || text.size() < 7 || text.substr(text.size() - 2) != "?>")
-            problem(1, "expected the declaration <?xml ... ?> on line 1, found " + quoted(text));
+            problem(Kind::Declaration, 1, "expected the declaration <?xml ... ?> on line 1, found " + quoted(text));
     }
 
     size_t depth() const { return _stack.size(); }
@@ -103,14 +113,16 @@ private:
         if (depth() == 1 && _stack.front().name == kRoot) {
             if (name == kCount) {
                 if (_countLine != 0)
-                    problem(_number, "a second NBElements under <DESCFILE>");
+                    problem(Kind::Count, _number, "a second NBElements under <DESCFILE>");
                 else if (_report.entries > 0)
-                    problem(_number, "NBElements after the first entry: the reader expects it before them");
+                    problem(Kind::Count, _number,
+                            "NBElements after the first entry: the reader expects it before them");
                 else
                     _countLine = _number + 1;
             } else if (name == kOptions) {
                 if (_report.entries > 0)
-                    problem(_number, "Options after the first entry: the reader looks for it around NBElements only");
+                    problem(Kind::Options, _number,
+                            "Options after the first entry: the reader looks for it around NBElements only");
             } else {
                 isEntry = true;
                 ++_report.entries;
@@ -119,8 +131,9 @@ private:
         if (!_stack.empty()) {
             OpenElement& parent = _stack.back();
             if (parent.isEntry && !parent.hasChild && name != kItemInfo)
-                problem(_number, "entry <" + parent.name + "> opened on line " + std::to_string(parent.line) +
-                                     " does not begin with <Item_Info>");
+                problem(Kind::EntryStart, _number,
+                        "entry <" + parent.name + "> opened on line " + std::to_string(parent.line) +
+                            " does not begin with <Item_Info>");
             parent.hasChild = true;
         }
         _stack.push_back({std::string(name), _number, isEntry, false});
@@ -130,22 +143,23 @@ private:
         size_t index = _stack.size();
         while (index > 0 && _stack[index - 1].name != name) --index;
         if (index == 0) {
-            problem(_number, "</" + std::string(name) + "> closes no open element");
+            problem(Kind::StrayClose, _number, "</" + std::string(name) + "> closes no open element");
             return;
         }
         // Whatever was opened inside the element being closed was left open.
         while (_stack.size() > index) {
             const OpenElement& inner = _stack.back();
-            problem(_number, "<" + inner.name + "> opened on line " + std::to_string(inner.line) +
+            problem(Kind::InnerOpen, _number, "<" + inner.name + "> opened on line " + std::to_string(inner.line) +
                                  " is not closed before </" + std::string(name) + ">");
             _stack.pop_back();
         }
         const OpenElement& closing = _stack.back();
         if (_previousOpen && closing.line == _number - 1)
-            problem(closing.line, "<" + closing.name + "> has no value line: the reader would take </" + closing.name +
-                                      "> as its value");
+            problem(Kind::NoValueLine, closing.line,
+                    "<" + closing.name + "> has no value line: the reader would take </" + closing.name +
+                        "> as its value");
         else if (closing.isEntry && !closing.hasChild)
-            problem(closing.line, "entry <" + closing.name + "> holds no <Item_Info>");
+            problem(Kind::EntryStart, closing.line, "entry <" + closing.name + "> holds no <Item_Info>");
         if (closing.name == kRoot && _stack.size() == 1) _rootClosed = true;
         _stack.pop_back();
     }
@@ -155,7 +169,8 @@ private:
         if (first != std::string_view::npos && first > 0 && text[first] == '<') {
             const QELFrameLine inner = qelClassifyLine(text.substr(first));
             if (inner.kind != QELLineKind::Value) {
-                problem(_number, "indented tag " + quoted(text.substr(first)) + ": the reader compares whole lines");
+                problem(Kind::IndentedTag, _number,
+                        "indented tag " + quoted(text.substr(first)) + ": the reader compares whole lines");
                 if (inner.kind == QELLineKind::Open) open(inner.name);
                 else close(inner.name);
                 return;
@@ -164,24 +179,26 @@ private:
         if (!text.empty() && text.front() == '<') return tagLikeValue(text);
 
         if (depth() == 0) {
-            if (!isBlank(text)) problem(_number, "text outside <DESCFILE>: " + quoted(text));
+            if (!isBlank(text)) problem(Kind::OutsideRoot, _number, "text outside <DESCFILE>: " + quoted(text));
             return;
         }
         OpenElement& parent = _stack.back();
         if (depth() == 1 && parent.name == kRoot) {
-            problem(_number, "a value line directly under <DESCFILE>: " + quoted(text));
+            problem(Kind::ValueUnderRoot, _number, "a value line directly under <DESCFILE>: " + quoted(text));
         } else if (parent.isEntry && !parent.hasChild) {
-            problem(_number, "entry <" + parent.name + "> opened on line " + std::to_string(parent.line) +
-                                 " does not begin with <Item_Info>");
+            problem(Kind::EntryStart, _number,
+                    "entry <" + parent.name + "> opened on line " + std::to_string(parent.line) +
+                        " does not begin with <Item_Info>");
             parent.hasChild = true;
         } else if (_countLine == _number && parent.name == kCount) {
             _countValid = parseCount(text, _announced);
-            if (!_countValid) problem(_number, "NBElements value " + quoted(text) + " is not a number");
+            if (!_countValid) problem(Kind::Count, _number, "NBElements value " + quoted(text) + " is not a number");
         }
         // A value with the closing tag of its element on the same line.
         const std::string ending = "</" + parent.name + ">";
         if (text.size() > ending.size() && text.compare(text.size() - ending.size(), ending.size(), ending) == 0) {
-            problem(_number, "a value and a tag on one line " + quoted(text) + ": a tag goes on a line of its own");
+            problem(Kind::ValueAndTag, _number,
+                    "a value and a tag on one line " + quoted(text) + ": a tag goes on a line of its own");
             close(parent.name);
         }
     }
@@ -189,32 +206,38 @@ private:
     // A line that begins with '<' but is not a bare tag: name what the
     // writer never produces, and follow the structure it implies.
     void tagLikeValue(std::string_view text) {
-        if (text.substr(0, 4) == "<!--") return problem(_number, "a comment: the reader takes it as a tag");
-        if (text.substr(0, 2) == "<?") return problem(_number, "a declaration outside line 1");
+        if (text.substr(0, 4) == "<!--")
+            return problem(Kind::Comment, _number, "a comment: the reader takes it as a tag");
+        if (text.substr(0, 2) == "<?") return problem(Kind::LateDeclaration, _number, "a declaration outside line 1");
         const bool closing = text.size() > 1 && text[1] == '/';
         const size_t nameStart = closing ? 2 : 1;
         const size_t nameEnd = text.find_first_of(" \t/>", nameStart);
         const std::string_view name =
             text.substr(nameStart, nameEnd == std::string_view::npos ? std::string_view::npos : nameEnd - nameStart);
         const size_t end = text.find('>');
-        if (end == std::string_view::npos) return problem(_number, "an unfinished tag " + quoted(text));
+        if (end == std::string_view::npos)
+            return problem(Kind::UnfinishedTag, _number, "an unfinished tag " + quoted(text));
         if (text[end - 1] == '/')
-            return problem(_number, "an empty-element tag " + quoted(text) + ": the writer always writes a value line");
+            return problem(Kind::EmptyElement, _number,
+                           "an empty-element tag " + quoted(text) + ": the writer always writes a value line");
         const bool opensElement = !closing && qelIsElementName(name);
         if (text[nameEnd] == ' ' || text[nameEnd] == '\t') {
-            problem(_number, "a tag with attributes " + quoted(text) + ": the reader matches bare tags only");
+            problem(Kind::Attributes, _number,
+                    "a tag with attributes " + quoted(text) + ": the reader matches bare tags only");
             if (opensElement && end == text.size() - 1) open(name);
             return;
         }
         if (end + 1 < text.size()) {
-            problem(_number, "a tag and text on one line " + quoted(text) + ": a value goes on a line of its own");
+            problem(Kind::TagAndText, _number,
+                    "a tag and text on one line " + quoted(text) + ": a value goes on a line of its own");
             const std::string ending = "</" + std::string(name) + ">";
             const bool selfContained = text.size() > ending.size() &&
                                        text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
             if (opensElement && !selfContained) open(name);
             return;
         }
-        problem(_number, "a value line that begins with '<' " + quoted(text) + ": the reader takes it as a tag");
+        problem(Kind::TagLikeValue, _number,
+                "a value line that begins with '<' " + quoted(text) + ": the reader takes it as a tag");
     }
 
     QELFrameReport& _report;
@@ -242,7 +265,7 @@ bool qelCheckFrame(const std::string& path, QELFrameReport& report, std::string&
         if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.consumed(), reader.size());
     }
     if (reader.failed()) {
-        error = "read error";
+        error = std::strerror(reader.error());
         return false;
     }
     report.lines = reader.lineNumber();

@@ -20,7 +20,8 @@ bool QELFrameWriter::open(const std::string& path, std::string& error) {
         _file = std::fopen(path.c_str(), "wb");
         _ownsFile = true;
         if (!_file) {
-            error = path + ": " + std::strerror(errno);
+            fail();
+            error = path + ": " + std::strerror(_failureReason);
             return false;
         }
     }
@@ -28,9 +29,16 @@ bool QELFrameWriter::open(const std::string& path, std::string& error) {
     return true;
 }
 
+// Reads errno first: it must still hold the failing call's reason.
+void QELFrameWriter::fail() {
+    const int reason = errno != 0 ? errno : EIO;
+    if (!_failed) _failureReason = reason;
+    _failed = true;
+}
+
 void QELFrameWriter::flushBuffer() {
     if (_file && !_buffer.empty() && std::fwrite(_buffer.data(), 1, _buffer.size(), _file) != _buffer.size())
-        _failed = true;
+        fail();
     _buffer.clear();
 }
 
@@ -61,9 +69,9 @@ void QELFrameWriter::leaf(std::string_view name, std::string_view value) {
 bool QELFrameWriter::close(std::string& error) {
     if (!_file) return !_failed;
     flushBuffer();
-    if (std::fflush(_file) != 0) _failed = true;
-    if (_ownsFile && std::fclose(_file) != 0) _failed = true;
+    if (std::fflush(_file) != 0) fail();
+    if (_ownsFile && std::fclose(_file) != 0) fail();
     _file = nullptr;
-    if (_failed) error = std::strerror(errno);
+    if (_failed) error = std::strerror(_failureReason);
     return !_failed;
 }

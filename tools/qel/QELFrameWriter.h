@@ -26,13 +26,17 @@ public:
     void leaf(std::string_view name, long value) { leaf(name, std::to_string(value)); }
     // Writes out what is pending and closes; false on any write error.
     bool close(std::string& error);
+    // After a failure: the system's reason (errno) of the first call that failed.
+    int failureReason() const { return _failureReason; }
 
 private:
     void flushBuffer();
+    void fail();
 
     FILE* _file = nullptr;
     bool _ownsFile = false;
     bool _failed = false;
+    int _failureReason = 0;
     std::string _buffer;
 };
 

@@ -35,7 +35,10 @@ bool QELLineReader::open(const std::string& path, std::string& error) {
 bool QELLineReader::fill() {
     _cursor = 0;
     _length = _file ? std::fread(_block.data(), 1, _block.size(), _file) : 0;
-    if (_length == 0 && _file && std::ferror(_file)) _failed = true;
+    if (_length == 0 && _file && std::ferror(_file)) {
+        _failed = true;
+        _error = errno != 0 ? errno : EIO;
+    }
     return _length > 0;
 }
 

@@ -30,6 +30,8 @@ public:
     long long consumed() const { return _consumed; }
     long long size() const { return _size; }
     bool failed() const { return _failed; }
+    // After a failure: the system's reason (errno).
+    int error() const { return _error; }
 
 private:
     bool fill();
@@ -43,6 +45,7 @@ private:
     long long _consumed = 0;
     long long _size = 0;
     bool _failed = false;
+    int _error = 0;
 };
 
 #endif

@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <unistd.h>
 
+#include "QELCleanup.h"
+#include "QELEscape.h"
+
 namespace {
 bool gEnabled = false;
 constexpr auto kRedrawEvery = std::chrono::milliseconds(100);
@@ -10,9 +13,13 @@ constexpr auto kRedrawEvery = std::chrono::milliseconds(100);
 
 void QELProgress::enable(bool quiet) { gEnabled = !quiet && isatty(STDERR_FILENO); }
 
-QELProgress::QELProgress(std::string stage) : _stage(std::move(stage)), _start(std::chrono::steady_clock::now()) {
+QELProgress::QELProgress(std::string stage) : _stage(qelEscape(stage)), _start(std::chrono::steady_clock::now()) {
     if (!gEnabled) return;
     draw();
+    // The thread starts with the cleanup's signals blocked: they are handled
+    // by the thread doing the work, which then makes no file behind the
+    // handler's back.
+    QELSignalsBlocked blocked;
     _redrawer = std::thread([this] { redraw(); });
 }
 

@@ -46,6 +46,10 @@ private:
 bool qelApplyCommand(const std::string& command, const std::string& process, const std::string& phase,
                      std::string& error);
 
+// The session file's name of a document type ("product", "design-table",
+// ...); "unset" for a value outside the list.
+const char* qelDocumentTypeName(int type);
+
 // A synthetic session file (JSON text) of `occurrences` absolute occurrences
 // at most `depth` levels deep, shaped like real assemblies; the same seed
 // gives the same text.

@@ -81,9 +81,6 @@ int qelExpectInt(const QELJson& value, const QELJsonPath& path);
 // Exactly 16 numbers, row after row as the model keeps them.
 void qelExpectMatrix(const QELJson& value, const QELJsonPath& path, double matrix[16]);
 EnumDocumentType qelExpectDocumentType(const QELJson& value, const QELJsonPath& path);
-// The file's name of a document type ("product", "design-table", ...);
-// "unset" for a value outside the list.
-const char* qelDocumentTypeName(int type);
 
 // JSON text is UTF-8; the model's strings keep ISO-8859-1.
 CATUnicodeString qelText(const std::string& utf8);

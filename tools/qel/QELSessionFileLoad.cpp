@@ -143,7 +143,7 @@ size_t tokenStart(const std::string& text, size_t last, const std::string& expla
 // The parser's explanation without its own prefix and position, which the
 // error gives in its fields: "syntax error while parsing object - unexpected
 // '}'; expected string literal".
-std::string parseExplanation(const nlohmann::json::parse_error& error) {
+std::string parseExplanation(const nlohmann::json::exception& error) {
     std::string what = error.what();
     const size_t bracket = what.find("] ");
     if (bracket != std::string::npos) what.erase(0, bracket + 2);
@@ -166,6 +166,14 @@ bool parseText(const std::string& text, QELJson& root, QELSessionFileError& erro
         // The offset counts from 1.
         error.message = parseExplanation(e);
         lineAndColumn(text, tokenStart(text, e.byte > 0 ? e.byte - 1 : 0, error.message), error.line, error.column);
+    } catch (const nlohmann::json::out_of_range& e) {
+        // A number beyond a double ("1e400"): the parser names the literal
+        // but not where it stands; it is shown where it first appears.
+        error.message = parseExplanation(e);
+        const size_t open = error.message.find('\'');
+        const size_t close = error.message.rfind('\'');
+        const size_t at = open < close ? text.find(error.message.substr(open + 1, close - open - 1)) : std::string::npos;
+        if (at != std::string::npos) lineAndColumn(text, at, error.line, error.column);
     } catch (const RepeatedKeyWatch::Found& found) {
         error.message = found.path + ": the key is given twice in one object";
     } catch (const std::bad_alloc&) {

@@ -209,6 +209,13 @@ private:
             _out += ",\n";
             writeItem(partName(part), !isNewPart(part));
         }
+        // A design table is filed under an item of its own: without one the
+        // writer counts a visible table but cannot describe it.
+        for (long part = 0; part < _parts; ++part) {
+            if (!hasDesignTable(part)) continue;
+            _out += ",\n";
+            writeItem(designTableItemOf(part), false);
+        }
         _out += "\n],\n";
     }
 
@@ -229,6 +236,7 @@ private:
     }
 
     std::string designTableOf(long part) const { return partName(part) + "_sizes.xls"; }
+    std::string designTableItemOf(long part) const { return partName(part) + "-DT"; }
 
     void writeDocuments() {
         _out += "\"documents\": [\n";
@@ -251,10 +259,11 @@ private:
         for (long part = 0; part < _parts; ++part) {
             if (!hasDesignTable(part)) continue;
             const std::string table = designTableOf(part);
-            _out += ",\n {\"name\": \"" + table + "\", \"type\": \"design-table\", \"files\": [\"" + table +
+            _out += ",\n {\"name\": \"" + table + "\", \"type\": \"design-table\", \"item\": \"" +
+                    designTableItemOf(part) + "\", \"files\": [\"" + table +
                     "\"], \"designTableVisible\": " + (part % 2 ? "true" : "false") +
-                    ", \"properties\": {\"Part_Number\": \"" + partName(part) +
-                    "-DT\", \"Dat_File_Version\": \"0\", \"DST_Version\": \"1\", \"Sheet\": {\"strings\": [\"Sizes\"]},"
+                    ", \"properties\": {\"Part_Number\": \"" + designTableItemOf(part) +
+                    "\", \"Dat_File_Version\": \"0\", \"DST_Version\": \"1\", \"Sheet\": {\"strings\": [\"Sizes\"]},"
                     " \"Cfg\": {\"strings\": [\"Small\", \"Medium\", \"Large\", \"Huge\"]}}}";
         }
         _out += "\n],\n";

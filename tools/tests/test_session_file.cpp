@@ -111,6 +111,8 @@ TEST_F(SessionFileTest, SyntaxErrorsGiveLineColumnAndWhatWasExpected) {
         // A whole value out of place is shown where it starts.
         {"{\"items\": [1 2]}", 1, 14, "unexpected number literal"},
         {"{\"items\": [\"a\" \"b\\\"c\"]}", 1, 16, "unexpected string literal"},
+        // A number beyond a double is refused, not thrown past the loader.
+        {"{\"items\": [\n  {\"name\": \"A\", \"index\": 1e400}]}", 2, 26, "number overflow parsing '1e400'"},
     };
     for (const Case& c : cases) {
         QELSessionFileError error = load(c.text);
@@ -358,7 +360,7 @@ protected:
 };
 
 TEST_F(ExampleSessionTest, BuildsTheExpectedComponents) {
-    EXPECT_EQ(session->getItemCount(), 11);
+    EXPECT_EQ(session->getItemCount(), 12);
     EXPECT_EQ(session->getDocumentCount(), 14) << "three documents are not registered in the session";
     EXPECT_EQ(session->getWorkSpaceCount(), 3);
     EXPECT_EQ(session->getActiveWorkSpace(), gearbox);
