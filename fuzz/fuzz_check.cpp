@@ -2,6 +2,7 @@
 // answer. Whatever the file, the check reads it to the end, counts every
 // problem it keeps and keeps them in line order.
 // Limits: kMaxText bytes, tags kMaxDepth deep.
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -33,8 +34,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string error;
     require(qelCheckFrame(path, report, error), "a written file could not be read");
     require(report.problems.size() <= report.problemCount, "more problems kept than counted");
-    require(report.problems.size() <= QELFrameReport::kMaxKept,
-            "more problems kept than the limit");
+    std::array<size_t, kQELFrameProblemKinds> kept{};
+    for (const QELFrameProblem& problem : report.problems) ++kept[static_cast<size_t>(problem.kind)];
+    for (size_t kind = 0; kind < kQELFrameProblemKinds; ++kind) {
+        require(kept[kind] <= QELFrameReport::kListedPerKind, "more problems of one kind kept than the limit");
+        require(kept[kind] <= report.countByKind[kind], "more problems of one kind kept than counted");
+    }
     require(report.lines >= 0 && report.entries >= 0, "a negative count");
     long previous = 0;
     for (const QELFrameProblem& problem : report.problems) {
