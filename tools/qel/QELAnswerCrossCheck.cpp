@@ -123,8 +123,8 @@ bool elementMatches(const std::string& element, const QELExpectedEntry& expected
 
 class CrossChecker {
 public:
-    CrossChecker(const std::string& path, const QELExpectation& expectation, QELCrossCheckReport& report)
-        : _path(path), _expectation(expectation), _report(report) {}
+    CrossChecker(const QELExpectation& expectation, QELCrossCheckReport& report)
+        : _expectation(expectation), _report(report) {}
 
     void entry(const QELEntryFields& answer) {
         ++_report.entries;
@@ -170,7 +170,6 @@ private:
                         qelShown(expected.described.value(field)));
     }
 
-    const std::string& _path;
     const QELExpectation& _expectation;
     QELCrossCheckReport& _report;
     std::unordered_map<uint64_t, long> _seen; // token -> the line that answered it first
@@ -180,7 +179,7 @@ private:
 
 bool qelCrossCheckAnswer(const std::string& answerPath, const QELExpectation& expectation, QELCrossCheckReport& report,
                          std::string& error, const std::function<void(long long, long long)>& progress) {
-    CrossChecker checker(answerPath, expectation, report);
+    CrossChecker checker(expectation, report);
     if (!qelCollectEntryFields(
             answerPath, [&checker](const QELEntryFields& entry) { checker.entry(entry); }, error, progress))
         return false;
