@@ -119,8 +119,7 @@ QELComponent* findParent(QELSession* session, const TYPVectorPQELAbsoluteOccurre
     }
     for (int i = occurrences.size() - 1; i >= 0; --i) {
         QELAbsoluteOccurrence* occurrence = occurrences[i];
-        if (occurrence && sameParent(occurrence->getLinkedItem(), parentUid))
-            return occurrence->getLinkedWorkSpace();
+        if (occurrence && sameParent(occurrence->getLinkedItem(), parentUid)) return occurrence->getLinkedWorkSpace();
     }
     return nullptr;
 }
@@ -271,8 +270,8 @@ bool QELXMLToDM::updateDesignated(QELSession* session, const Entry& entry, TYPMa
     // entry of another kind ends the reading.
     const bool emptySession = PROCManager::manageDescForEmptyQEL();
     const CATUnicodeString* pointer = entryValue(values, QELElement::POINTER_ADDRESS);
-    const Designated designated = classify(resolvePointer(pointer), pointer != nullptr,
-                                           entryValue(values, QELElement::Parent_ItemRev_UID));
+    const Designated designated =
+        classify(resolvePointer(pointer), pointer != nullptr, entryValue(values, QELElement::Parent_ItemRev_UID));
     if (entry.type == EnumDocumentType_DesignTable || designated.document) {
         if (emptySession) {
             JNLManager::writeMsg("Design Table ignored");

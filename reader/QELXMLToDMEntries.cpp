@@ -24,9 +24,9 @@ namespace {
 bool isBlock(const std::string& name) {
     using namespace QELElement;
     static const std::unordered_set<std::string> kBlocks = {
-        Mapping_Attribut, AbsoluteMatrix, DesignTable_Name, DT_Files,      DesignTable_File, Sheets,
-        Auxiliaries,      LinkedDocs,     Shapes,           secondaries,   Components,       DefaultShapeForCache,
-        ActivateShapes,   AnalysisFiles,  Externals,        Mapping_Inst,  PartComposites};
+        Mapping_Attribut, AbsoluteMatrix, DesignTable_Name, DT_Files,     DesignTable_File, Sheets,
+        Auxiliaries,      LinkedDocs,     Shapes,           secondaries,  Components,       DefaultShapeForCache,
+        ActivateShapes,   AnalysisFiles,  Externals,        Mapping_Inst, PartComposites};
     return kBlocks.count(name) != 0;
 }
 

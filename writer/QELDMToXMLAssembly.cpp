@@ -46,7 +46,8 @@ void QELDMToXML::executeForNonCatalogWorkSpace(QELSession* session) {
         count = getNumberOfObjectsInWsp(active);
     } else if (session) {
         if (TYPMapCATUnicodeStringPVoid* workspaces = session->getWorkSpaces()) {
-            for (const auto& entry : *workspaces) count += getNumberOfObjectsInWsp(static_cast<QELWorkSpace*>(entry.object));
+            for (const auto& entry : *workspaces)
+                count += getNumberOfObjectsInWsp(static_cast<QELWorkSpace*>(entry.object));
         }
         if (documents) {
             const bool factory = PROCManager::isProcessStateDetailsFactory();
@@ -124,10 +125,9 @@ void QELDMToXML::writeDescAssemblyAbsoluteOccurrences(QELWorkSpace* workspace, Q
 
 void QELDMToXML::recurseOnAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session,
                                              unsigned char flattening) {
-    QELDMToXMLTraversal::walkDescendants(occurrence, &QELDMToXML::getOrderedChildren,
-                                         [&](QELAbsoluteOccurrence* child) {
-                                             writeDesc(child, session, nullptr, flattening);
-                                         });
+    QELDMToXMLTraversal::walkDescendants(
+        occurrence, &QELDMToXML::getOrderedChildren,
+        [&](QELAbsoluteOccurrence* child) { writeDesc(child, session, nullptr, flattening); });
 }
 
 // Two children with the same index: the index list holds it twice and the

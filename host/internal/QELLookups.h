@@ -31,7 +31,7 @@ inline CV5CAAQELWorkSpace* hostWorkSpace(QELComponent* c) {
 }
 inline CV5CAAQELAbsoluteOccurrence* hostOccurrence(QELComponent* c) {
     return c && c->instanceOf("CV5CAAQELABSOLUTEOCCURRENCE_CLASSNAME") ? static_cast<CV5CAAQELAbsoluteOccurrence*>(c)
-                                                                     : nullptr;
+                                                                       : nullptr;
 }
 inline CV5CAAQELAbsoluteView* hostView(QELComponent* c) {
     return c && c->instanceOf("CV5CAAQELABSOLUTEVIEW_CLASSNAME") ? static_cast<CV5CAAQELAbsoluteView*>(c) : nullptr;

@@ -39,8 +39,7 @@ private:
 // The records of a sink kept in memory, in order, each also copied out as
 // one line. Memory stays bounded on very long runs: past maxEntries()
 // records, the oldest half is dropped (the copy outside memory is complete).
-template <typename Entry>
-class UTILSink {
+template <typename Entry> class UTILSink {
 public:
     // `variable` names the output (read at the first record); `defaultMaxEntries`
     // is the bound that setMaxEntries(0) restores.
@@ -49,8 +48,7 @@ public:
 
     // Keeps `entry`; `line(entry)` gives its text, asked only when it is
     // copied out.
-    template <typename Line>
-    void record(Entry entry, Line line) {
+    template <typename Line> void record(Entry entry, Line line) {
         if (_output.active()) _output.writeLine(line(entry));
         _entries.push_back(std::move(entry));
         if (_entries.size() > _maxEntries) {
