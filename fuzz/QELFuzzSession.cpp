@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "CATDocument.h"
@@ -44,25 +47,40 @@ const Switch kSwitches[] = {
 };
 constexpr int kSwitchCount = sizeof kSwitches / sizeof *kSwitches;
 
-// The parsed session of the last recipe. Parsing is pure, so a recipe met
-// again builds the same model whether it was kept or parsed anew. Only one
-// is kept: libFuzzer looks for leaks after every input that allocated more
-// than it freed, a scan of the whole heap that would cost more than parsing.
+// The parsed sessions of the recipes met lately. Parsing is pure, so a recipe
+// met again builds the same model whether it was kept or parsed anew; the
+// fuzzer mutates one corpus input a few times, then moves to another, so a
+// single kept recipe would be composed and parsed again at almost every move.
+// The oldest is dropped when kRecipeCacheSize are kept. When an input adds a
+// recipe, libFuzzer sees more allocations than frees and runs the input again
+// before it scans the heap for leaks; the second run finds the recipe kept,
+// frees what it allocates, and the scan is skipped.
 const QELParsedSession& parsedRecipe(const uint8_t* recipe) {
-    static std::string lastRecipe;
-    static QELParsedSession parsed;
-    const std::string key(reinterpret_cast<const char*>(recipe), kRecipeSize);
-    if (key == lastRecipe)
-        return parsed;
+    struct Kept {
+        std::string recipe;
+        std::unique_ptr<QELParsedSession> parsed;
+    };
+    static std::unordered_map<std::string, QELParsedSession*> byRecipe;
+    static std::deque<Kept> kept;
+    std::string key(reinterpret_cast<const char*>(recipe), kRecipeSize);
+    const auto found = byRecipe.find(key);
+    if (found != byRecipe.end())
+        return *found->second;
     ByteSource bytes(recipe, kRecipeSize);
     QELSessionFileError error;
-    if (!parsed.parse(composeSession(bytes, true, kReaderLimits).text, error)) {
+    auto parsed = std::make_unique<QELParsedSession>();
+    if (!parsed->parse(composeSession(bytes, true, kReaderLimits).text, error)) {
         std::fprintf(stderr, "qel fuzz: a composed session is not JSON: %s\n",
                      error.message.c_str());
         std::abort();
     }
-    lastRecipe = key;
-    return parsed;
+    if (kept.size() == kRecipeCacheSize) {
+        byRecipe.erase(kept.front().recipe);
+        kept.pop_front();
+    }
+    byRecipe.emplace(key, parsed.get());
+    kept.push_back({std::move(key), std::move(parsed)});
+    return *kept.back().parsed;
 }
 
 // The bundled example session, parsed once: the recipe that asks for it

@@ -22,9 +22,11 @@ namespace qelfuzz {
 //   [3, kHeaderSize) the session, made by composeSession from these bytes;
 //       a recipe that begins with kBundledRecipe asks for the bundled
 //       example session instead, with a few host states it lacks.
-// The last recipe's session stays parsed and is built again for every input,
-// so that the same input always reads into the same fresh model.
+// The sessions of the last kRecipeCacheSize recipes stay parsed and are
+// built again for every input, so that the same input always reads into the
+// same fresh model.
 constexpr size_t kRecipeSize = 48;
+constexpr size_t kRecipeCacheSize = 256;
 constexpr size_t kHeaderSize = 3 + kRecipeSize;
 constexpr uint8_t kBundledRecipe[] = {0xFF, 0xFF, 0xFF, 0xFF};
 void buildReaderSession(const uint8_t* header);

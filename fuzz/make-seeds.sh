@@ -5,12 +5,14 @@
 #   fuzz/make-seeds.sh [BUILD_DIR]
 #
 #   execute, options  header + answer: the sessions of the recipes whose
-#                     descriptions hold the most kinds of element, described
-#                     for several commands, processes and phases and answered
-#                     by qel answer; some answers extended with the blocks of
-#                     fuzz/seeds/ that no simulated answer carries (into every
-#                     entry, whatever component it designates; documents.xml
-#                     as entries of their own)
+#                     descriptions hold the most kinds of element, and the
+#                     bundled example session (the recipe that begins with
+#                     four 0xFF bytes), described for several commands,
+#                     processes and phases and answered by qel answer; some
+#                     answers extended with the blocks of fuzz/seeds/ that no
+#                     simulated answer carries (into every entry, whatever
+#                     component it designates; documents.xml as entries of
+#                     their own)
 #   session           the bundled example, the tests' session files,
 #                     generated sessions and composed ones
 #   check, answer     the golden descriptions, the tests' frames, generated
@@ -18,11 +20,9 @@
 #   writer, roundtrip the recipes, after the bytes that pick command and phase
 #
 # The scanner's corpus is kept as it is. Existing seeds of the other harnesses
-# named seed_* are replaced; what a long run merged in stays, and so do the
-# reader harnesses' bundled_* seeds: the answers to the bundled example
-# session (the recipe that begins with four 0xFF bytes), some extended by
-# hand with the keys and blocks the example's answers never carry, which
-# fuzz/seeds/ holds for the composed sessions.
+# named seed_* and bundled_* are replaced; what a long run merged in stays
+# (the answers there designate components by handle: when the bundled
+# example gains a component, merge the corpus anew, -merge=1, from these).
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -74,14 +74,21 @@ done | awk '{ recipe[NR] = $1; for (i = 2; i <= NF; ++i) has[NR, $i] = 1; tags[N
 
 for harness in execute options session check answer writer roundtrip; do
     mkdir -p "fuzz/corpus/$harness"
-    rm -f "fuzz/corpus/$harness"/seed_*
+    rm -f "fuzz/corpus/$harness"/seed_* "fuzz/corpus/$harness"/bundled_*
 done
+
+# The bundled example session's recipe: four 0xFF bytes, then anything.
+bundled="ffffffff$(printf '%088d' 0)"
 
 # seed HARNESS NAME RECIPE COMMAND PROCESS PHASE SWITCHES HOST [FRAGMENT...]
 seed() {
     local harness="$1" name="$2" r="$3" command="$4" process="$5" phase="$6" switches="$7" host="$8"
     shift 8
-    "$compose" --reader "$r" >"$work/s.json"
+    if [[ "$r" == "$bundled" ]]; then
+        cp examples/session.json "$work/s.json"
+    else
+        "$compose" --reader "$r" >"$work/s.json"
+    fi
     "$qel" describe "$work/s.json" -o "$work/d.xml" --command "${commands[command]}" \
         --process "${processes[process]}" --phase "$phase" 2>/dev/null || return 0
     "$qel" answer "$work/d.xml" -o "$work/a.xml"
@@ -98,30 +105,30 @@ seed() {
     done
     local selector=$((command + 9 * process + 72 * (phase - 1)))
     { byte "$selector"; byte "$switches"; byte "$host"; printf "$(sed 's/../\\x&/g' <<<"$r")"; cat "$work/a.xml"; } \
-        >"fuzz/corpus/$harness/seed_$name"
+        >"fuzz/corpus/$harness/$name"
 }
 
 i=0
 while read -r r; do
     i=$((i + 1))
     #                                          command process phase switches host
-    seed execute "${i}_save" "$r"                     1 0 1 0 1
-    seed execute "${i}_save_phase2_checkout" "$r"     1 6 2 0 0
-    seed execute "${i}_synchronize" "$r"              6 0 1 0 1
-    seed execute "${i}_import_switches" "$r"          4 0 1 255 0
-    seed execute "${i}_state-details" "$r"            0 1 1 64 0
-    seed execute "${i}_save-as_factory" "$r"          2 7 1 128 1
-    seed options "${i}_save" "$r"                     1 0 1 0 0
-    seed options "${i}_import" "$r"                   4 5 2 63 0
+    seed execute "seed_${i}_save" "$r"                     1 0 1 0 1
+    seed execute "seed_${i}_save_phase2_checkout" "$r"     1 6 2 0 0
+    seed execute "seed_${i}_synchronize" "$r"              6 0 1 0 1
+    seed execute "seed_${i}_import_switches" "$r"          4 0 1 255 0
+    seed execute "seed_${i}_state-details" "$r"            0 1 1 64 0
+    seed execute "seed_${i}_save-as_factory" "$r"          2 7 1 128 1
+    seed options "seed_${i}_save" "$r"                     1 0 1 0 0
+    seed options "seed_${i}_import" "$r"                   4 5 2 63 0
     if ((i <= 3)); then
-        seed execute "${i}_save_blocks" "$r"          1 0 1 0 1 blocks
-        seed execute "${i}_synchronize_blocks" "$r"   6 0 1 0 1 blocks
-        seed execute "${i}_save_keys" "$r"            1 0 1 0 1 keys secondaries
-        seed execute "${i}_synchronize_keys" "$r"     6 0 1 0 1 keys
-        seed execute "${i}_save_composites" "$r"      1 0 1 32 0 composites
-        seed execute "${i}_save_documents" "$r"       1 0 1 0 0 documents
-        seed execute "${i}_checkout_blocks" "$r"      1 6 1 0 1 blocks
-        seed options "${i}_save_flags" "$r"           1 0 1 0 0 flags
+        seed execute "seed_${i}_save_blocks" "$r"          1 0 1 0 1 blocks
+        seed execute "seed_${i}_synchronize_blocks" "$r"   6 0 1 0 1 blocks
+        seed execute "seed_${i}_save_keys" "$r"            1 0 1 0 1 keys secondaries
+        seed execute "seed_${i}_synchronize_keys" "$r"     6 0 1 0 1 keys
+        seed execute "seed_${i}_save_composites" "$r"      1 0 1 32 0 composites
+        seed execute "seed_${i}_save_documents" "$r"       1 0 1 0 0 documents
+        seed execute "seed_${i}_checkout_blocks" "$r"      1 6 1 0 1 blocks
+        seed options "seed_${i}_save_flags" "$r"           1 0 1 0 0 flags
     fi
     printf '\x01\x00' >"fuzz/corpus/writer/seed_$i"
     printf "$(sed 's/../\\x&/g' <<<"$r")" >>"fuzz/corpus/writer/seed_$i"
@@ -129,6 +136,38 @@ while read -r r; do
     printf "$(sed 's/../\\x&/g' <<<"$r")" >>"fuzz/corpus/roundtrip/seed_$i"
     "$compose" "$r" >"fuzz/corpus/session/seed_composed_$i.json"
 done <"$work/recipes"
+
+# The bundled session: its seventeen entries of every document type, with
+# the host states the harness adds to it (QELFuzzSession.cpp).
+#                                                            command process phase switches host
+seed execute bundled_save_none "$bundled"                          1 0 1 0 0
+seed execute bundled_save_none_empty-session "$bundled"            1 0 1 1 0
+seed execute bundled_save_none_savable-status "$bundled"           1 0 1 2 0
+seed execute bundled_save_none_no-files-foreign-staging "$bundled" 1 0 1 60 0
+seed execute bundled_save_phase2_none "$bundled"                   1 0 2 0 0
+seed execute bundled_save-as_none "$bundled"                       2 0 1 0 0
+seed execute bundled_save-selected_none "$bundled"                 3 0 1 0 0
+seed execute bundled_import_none "$bundled"                        4 0 1 0 0
+seed execute bundled_create-spreadsheet_none "$bundled"            5 0 1 0 0
+seed execute bundled_synchronize_none "$bundled"                   6 0 1 0 0
+seed execute bundled_update-status_none "$bundled"                 7 0 1 0 0
+seed execute bundled_state-details-update_none "$bundled"          8 0 1 0 0
+seed execute bundled_save_state-details-factory "$bundled"         1 2 1 0 0
+seed execute bundled_save_state-details-factory_active "$bundled"  1 2 1 66 0
+seed execute bundled_save_brr-save "$bundled"                      1 5 1 0 0
+seed execute bundled_save_checkout "$bundled"                      1 6 1 0 0
+seed execute bundled_save_checkout_savable-status "$bundled"       1 6 1 2 0
+seed execute bundled_save_blocks "$bundled"                        1 0 1 0 0 blocks
+seed execute bundled_checkout_blocks "$bundled"                    1 6 1 0 0 blocks
+seed execute bundled_synchronize_blocks "$bundled"                 6 0 1 0 0 blocks
+seed execute bundled_save_keys "$bundled"                          1 0 1 0 0 keys secondaries
+seed execute bundled_synchronize_keys "$bundled"                   6 0 1 0 0 keys
+seed execute bundled_save_composites "$bundled"                    1 0 1 32 0 composites
+seed execute bundled_save_documents "$bundled"                     1 0 1 0 0 documents
+seed options bundled_save_none "$bundled"                          1 0 1 0 0
+seed options bundled_save_checkout "$bundled"                      1 6 1 0 0
+seed options bundled_import_none "$bundled"                        4 0 1 0 0
+seed options bundled_save_flags "$bundled"                         1 0 1 0 0 flags
 
 cp examples/session.json fuzz/corpus/session/seed_example.json
 for file in tests/data/sessions/*.json; do cp "$file" "fuzz/corpus/session/seed_test_$(basename "$file")"; done
@@ -143,4 +182,4 @@ done
 "$qel" answer fuzz/corpus/answer/seed_example_description.xml -o fuzz/corpus/check/seed_example_answer.xml
 "$qel" describe fuzz/corpus/session/seed_generated_20.json -o fuzz/corpus/answer/seed_generated_description.xml
 cp fuzz/corpus/answer/seed_example_description.xml fuzz/corpus/check/seed_example_description.xml
-echo "make-seeds.sh: $(ls fuzz/corpus/*/seed_* | wc -l) seeds"
+echo "make-seeds.sh: $(ls fuzz/corpus/*/seed_* fuzz/corpus/*/bundled_* | wc -l) seeds"
