@@ -4,11 +4,19 @@
 // limits must measure what they claim.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
+#include "CATDocument.h"
+#include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
 #include "PROCManager.h"
@@ -17,6 +25,7 @@
 #include "QELFuzzSessionComposer.h"
 #include "QELFuzzSupport.h"
 #include "QELHandleTable.h"
+#include "JNLManager.h"
 
 namespace {
 
@@ -40,6 +49,40 @@ std::string modelSignature() {
         signature += QELHandleTable::format(component->get_Handle()) +
                      component->get_Name().ConvertToChar() + "\n";
     return signature;
+}
+
+// Every process-wide setting a reader input can leave behind: the command,
+// processes and phase, the host switches, the active document, the journals.
+std::string processState() {
+    std::string state;
+    for (bool flag :
+         {PROCManager::isCommandSave(), PROCManager::isCommandSaveAs(),
+          PROCManager::isCommandSaveSelected(), PROCManager::isCommandImport(),
+          PROCManager::isCommandCreateSpreadsheet(), PROCManager::isCommandSynchronizeActiveShapes(),
+          PROCManager::isCommandUpdateStatus(), PROCManager::isCommandStateDetailsUpdate(),
+          PROCManager::isProcessStateDetails(), PROCManager::isProcessStateDetailsFactory(),
+          PROCManager::isProcessStateDetailsUpdate(), PROCManager::isProcessLifeCycleFactory(),
+          PROCManager::isProcessBRRSave(), PROCManager::isProcessCheckout(),
+          PROCManager::isPhasePhase1(), PROCManager::isPhasePhase2()})
+        state += flag ? '1' : '0';
+    return state;
+}
+
+// The six host switches the reader header flips, in its bit order.
+std::vector<bool> hostSwitches() {
+    return {PROCManager::manageDescForEmptyQEL(), PROCManager::manageSavableStatusForNonSave(),
+            ENVManager::manageForeignFilesOnSave(), PROCManager::isCatalogStagingManaged(),
+            PROCManager::manageExternalFiles(), ENVManager::isCompositeManaged()};
+}
+
+std::string activeDocument() {
+    const CATDocument* document = CV5CAAToolsCommon::getActiveCATDocument();
+    return document ? document->StorageName().ToLatin1() : "(none)";
+}
+
+std::string fileText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 class FuzzSupportTest : public ::testing::Test {
@@ -106,21 +149,215 @@ TEST_F(FuzzSupportTest, ProcessChoicesCoverEveryCommandProcessAndPhase) {
     std::set<std::string> seen;
     for (int choice = 0; choice < qelfuzz::kProcessChoices; ++choice) {
         qelfuzz::applyProcessChoice(choice);
-        std::string state;
-        for (bool flag :
-             {PROCManager::isCommandSave(), PROCManager::isCommandSaveAs(),
-              PROCManager::isCommandSaveSelected(), PROCManager::isCommandImport(),
-              PROCManager::isCommandCreateSpreadsheet(),
-              PROCManager::isCommandSynchronizeActiveShapes(), PROCManager::isCommandUpdateStatus(),
-              PROCManager::isCommandStateDetailsUpdate(), PROCManager::isProcessStateDetails(),
-              PROCManager::isProcessStateDetailsFactory(),
-              PROCManager::isProcessStateDetailsUpdate(), PROCManager::isProcessLifeCycleFactory(),
-              PROCManager::isProcessBRRSave(), PROCManager::isProcessCheckout(),
-              PROCManager::isPhasePhase1(), PROCManager::isPhasePhase2()})
-            state += flag ? '1' : '0';
-        seen.insert(state);
+        seen.insert(processState());
     }
     EXPECT_EQ(seen.size(), static_cast<size_t>(qelfuzz::kProcessChoices));
+}
+
+// The header's first byte decides the command, processes and phase, whatever
+// the composed session's own settings say: otherwise a seed made for one
+// process would read its answer under another.
+TEST_F(FuzzSupportTest, TheReaderHeaderSetsTheProcessItNames) {
+    std::vector<uint8_t> header = noise(21, qelfuzz::kHeaderSize);
+    header[1] = header[2] = 0;
+    for (int choice = 0; choice < qelfuzz::kProcessChoices; choice += 7) {
+        qelfuzz::applyProcessChoice(choice);
+        const std::string expected = processState();
+        qelfuzz::resetSession();
+        header[0] = static_cast<uint8_t>(choice);
+        qelfuzz::buildReaderSession(header.data());
+        EXPECT_EQ(processState(), expected) << choice;
+        qelfuzz::resetSession();
+    }
+}
+
+// Each of the six low bits of the second byte flips its own switch and no
+// other; the top two bits pick none, the first, the second or the last
+// document as the host's active one.
+TEST_F(FuzzSupportTest, TheReaderHeaderFlipsEachSwitchAndPicksTheActiveDocument) {
+    // A recipe whose session holds three documents or more, so that the
+    // first, the second and the last differ.
+    std::vector<uint8_t> header;
+    for (unsigned seed = 0; seed < 100 && header.empty(); ++seed) {
+        std::vector<uint8_t> candidate = noise(500 + seed, qelfuzz::kHeaderSize);
+        candidate[1] = candidate[2] = 0;
+        qelfuzz::buildReaderSession(candidate.data());
+        size_t documents = 0;
+        for (QELComponent* component : QELHandleTable::liveComponents())
+            documents += component->isAKindOf("CV5CAAQELDOCUMENT_CLASSNAME");
+        if (documents >= 3)
+            header = candidate;
+        qelfuzz::resetSession();
+    }
+    ASSERT_FALSE(header.empty());
+    qelfuzz::buildReaderSession(header.data());
+    const std::vector<bool> plain = hostSwitches();
+    qelfuzz::resetSession();
+    for (int bit = 0; bit < 6; ++bit) {
+        header[1] = static_cast<uint8_t>(1 << bit);
+        qelfuzz::buildReaderSession(header.data());
+        std::vector<bool> expected = plain;
+        expected[bit] = !expected[bit];
+        EXPECT_EQ(hostSwitches(), expected) << "bit " << bit;
+        qelfuzz::resetSession();
+    }
+    std::vector<std::string> active;
+    for (int pick = 0; pick < 4; ++pick) {
+        header[1] = static_cast<uint8_t>(pick << 6);
+        qelfuzz::buildReaderSession(header.data());
+        EXPECT_EQ(hostSwitches(), plain) << "pick " << pick;
+        active.push_back(activeDocument());
+        qelfuzz::resetSession();
+    }
+    EXPECT_EQ(active[0], "(none)");
+    EXPECT_EQ(std::set<std::string>(active.begin(), active.end()).size(), 4u)
+        << active[1] << " " << active[2] << " " << active[3];
+}
+
+// After an input, nothing of it is left for the next: the model is freed,
+// and every setting the header or the reading changed is back.
+TEST_F(FuzzSupportTest, AReaderInputLeavesNothingBehind) {
+    qelfuzz::resetSession();
+    const std::string state = processState();
+    const std::vector<bool> switches = hostSwitches();
+    const std::string oemPrefix = ENVManager::getOemPrefix().ToLatin1();
+    for (qelfuzz::Reading reading : {qelfuzz::Reading::Full, qelfuzz::Reading::OptionsOnly}) {
+        for (unsigned seed = 0; seed < 20; ++seed) {
+            std::vector<uint8_t> input = noise(100 + seed, qelfuzz::kHeaderSize);
+            input[1] |= 0xC0; // the last document active
+            const std::string answer = "<?xml version=\"1.0\" ?>\n<DESCFILE>\n<NBElements>\n1\n"
+                                       "</NBElements>\n<CATPart>\n<Item_Info>\n<POINTER_ADDRESS>\n"
+                                       "0000000000000001\n</POINTER_ADDRESS>\n</Item_Info>\n"
+                                       "</CATPart>\n</DESCFILE>\n";
+            input.insert(input.end(), answer.begin(), answer.end());
+            qelfuzz::readAnswerInput(input.data(), input.size(), reading);
+            EXPECT_EQ(QELHandleTable::liveCount(), 0u) << seed;
+            EXPECT_EQ(processState(), state) << seed;
+            EXPECT_EQ(hostSwitches(), switches) << seed;
+            EXPECT_EQ(activeDocument(), "(none)") << seed;
+            EXPECT_EQ(ENVManager::getOemPrefix().ToLatin1(), oemPrefix) << seed;
+            EXPECT_TRUE(JNLManager::entries().empty()) << seed;
+            EXPECT_TRUE(EMHManager::entries().empty()) << seed;
+        }
+    }
+}
+
+// The reader harnesses refuse, before writing or reading anything, an input
+// shorter than the header, an answer beyond kMaxAnswer bytes and tags nested
+// beyond kMaxAnswerDepth; they take both limits themselves.
+TEST_F(FuzzSupportTest, TheReaderLimitsAreEnforcedAtTheirBoundaries) {
+    const std::string& written = qelfuzz::scratchFile("input");
+    const auto nested = [](size_t depth) {
+        std::string text;
+        for (size_t i = 0; i < depth; ++i)
+            text += "<A>\n";
+        return text;
+    };
+    struct Case {
+        const char* what;
+        std::string answer;
+        bool read;
+    };
+    const Case cases[] = {
+        {"the largest answer", std::string(qelfuzz::kMaxAnswer, 'x'), true},
+        {"one byte more", std::string(qelfuzz::kMaxAnswer + 1, 'y'), false},
+        {"the deepest tags", nested(qelfuzz::kMaxAnswerDepth), true},
+        {"one level deeper", nested(qelfuzz::kMaxAnswerDepth + 1) + "z", false},
+        {"an empty answer", "", true},
+    };
+    const std::vector<uint8_t> header = noise(31, qelfuzz::kHeaderSize);
+    for (const Case& c : cases) {
+        qelfuzz::writeInput(reinterpret_cast<const uint8_t*>("before"), 6);
+        std::vector<uint8_t> input = header;
+        input.insert(input.end(), c.answer.begin(), c.answer.end());
+        qelfuzz::readAnswerInput(input.data(), input.size(), qelfuzz::Reading::Full);
+        EXPECT_EQ(fileText(written) == c.answer, c.read) << c.what;
+        EXPECT_EQ(fileText(written) == "before", !c.read) << c.what;
+    }
+    qelfuzz::writeInput(reinterpret_cast<const uint8_t*>("before"), 6);
+    qelfuzz::readAnswerInput(header.data(), header.size() - 1, qelfuzz::Reading::Full);
+    EXPECT_EQ(fileText(written), "before") << "a header cut short";
+}
+
+// Kept recipes are looked up by all their bytes, and one dropped from the
+// full cache is parsed anew: either way the same recipe builds the same model.
+TEST_F(FuzzSupportTest, ARecipeBuildsTheSameModelAfterTheCacheDroppedIt) {
+    std::vector<uint8_t> header = noise(41, qelfuzz::kHeaderSize);
+    qelfuzz::buildReaderSession(header.data());
+    const std::string fresh = modelSignature();
+    qelfuzz::resetSession();
+    for (size_t other = 0; other <= qelfuzz::kRecipeCacheSize; ++other) {
+        std::vector<uint8_t> next = header;
+        next.back() = static_cast<uint8_t>(other);          // the recipe's last byte,
+        next[next.size() - 2] ^= static_cast<uint8_t>(1 + other / 256); // never the first's
+        qelfuzz::buildReaderSession(next.data());
+        qelfuzz::resetSession();
+    }
+    qelfuzz::buildReaderSession(header.data());
+    EXPECT_EQ(modelSignature(), fresh);
+}
+
+// Four 0xFF bytes, and only those, ask for the bundled example session.
+TEST_F(FuzzSupportTest, OnlyTheBundledRecipeBuildsTheExampleSession) {
+    struct Case {
+        std::vector<uint8_t> start;
+        bool bundled;
+    };
+    const Case cases[] = {{{0xFF, 0xFF, 0xFF, 0xFF}, true},
+                          {{0xFF, 0xFF, 0xFF, 0xFE}, false},
+                          {{0x7F, 0xFF, 0xFF, 0xFF}, false}};
+    for (const Case& c : cases) {
+        std::vector<uint8_t> header(qelfuzz::kHeaderSize, 0);
+        std::copy(c.start.begin(), c.start.end(), header.begin() + 3);
+        qelfuzz::buildReaderSession(header.data());
+        // The example holds 87 components; a composed reader session a few.
+        EXPECT_EQ(QELHandleTable::liveCount() > 40, c.bundled) << QELHandleTable::liveCount();
+        qelfuzz::resetSession();
+    }
+}
+
+// Counts of the composed sessions keep within their limits, and the
+// settings' byte reaches every command, process and phase of the tables.
+TEST(ComposedSession, KeepsWithinItsLimitsAndReachesEveryProcess) {
+    using Json = nlohmann::json;
+    std::function<size_t(const Json&, size_t, size_t&)> occurrences =
+        [&](const Json& list, size_t depth, size_t& deepest) -> size_t {
+        size_t count = 0;
+        deepest = std::max(deepest, depth);
+        for (const Json& occurrence : list)
+            count += 1 + occurrences(occurrence.value("children", Json::array()), depth + 1, deepest);
+        return count;
+    };
+    for (const qelfuzz::ComposeLimits& limits : {qelfuzz::kModelLimits, qelfuzz::kReaderLimits}) {
+        std::set<size_t> documentCounts;
+        for (unsigned seed = 0; seed < 150; ++seed) {
+            const std::vector<uint8_t> input = noise(300 + seed, 200);
+            qelfuzz::ByteSource bytes(input.data(), input.size());
+            const Json session = Json::parse(qelfuzz::composeSession(bytes, false, limits).text);
+            EXPECT_GE(session["items"].size(), 1u);
+            EXPECT_LE(session["items"].size(), limits.items);
+            EXPECT_GE(session["documents"].size(), 1u);
+            EXPECT_LE(session["documents"].size(), limits.documents);
+            EXPECT_LE(session["workspaces"].size(), limits.workspaces);
+            documentCounts.insert(session["documents"].size());
+            for (const Json& workspace : session["workspaces"]) {
+                size_t deepest = 0;
+                EXPECT_LE(occurrences(workspace["occurrences"], 0, deepest), limits.occurrences);
+                EXPECT_LE(deepest, 3u);
+            }
+        }
+        EXPECT_EQ(documentCounts.size(), limits.documents) << "every count up to the limit";
+    }
+    std::set<std::string> settings;
+    for (int choice = 0; choice < 256; ++choice) {
+        const uint8_t input[] = {static_cast<uint8_t>(choice)};
+        qelfuzz::ByteSource bytes(input, 1);
+        const Json session = Json::parse(qelfuzz::composeSession(bytes, false).text);
+        const Json& s = session["settings"];
+        settings.insert(s["command"].get<std::string>() + "/" + s["process"].get<std::string>() +
+                        "/" + s["phase"].get<std::string>());
+    }
+    EXPECT_EQ(settings.size(), 9u * 8u * 3u);
 }
 
 TEST(JsonNesting, CountsBracketsOutsideStrings) {
