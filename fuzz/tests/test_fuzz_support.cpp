@@ -19,13 +19,13 @@
 #include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
+#include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELComponent.h"
 #include "QELFuzzSession.h"
 #include "QELFuzzSessionComposer.h"
 #include "QELFuzzSupport.h"
 #include "QELHandleTable.h"
-#include "JNLManager.h"
 
 namespace {
 
@@ -51,15 +51,15 @@ std::string modelSignature() {
     return signature;
 }
 
-// Every process-wide setting a reader input can leave behind: the command,
-// processes and phase, the host switches, the active document, the journals.
+// The command, processes and phase in force, one flag each.
 std::string processState() {
     std::string state;
     for (bool flag :
          {PROCManager::isCommandSave(), PROCManager::isCommandSaveAs(),
           PROCManager::isCommandSaveSelected(), PROCManager::isCommandImport(),
-          PROCManager::isCommandCreateSpreadsheet(), PROCManager::isCommandSynchronizeActiveShapes(),
-          PROCManager::isCommandUpdateStatus(), PROCManager::isCommandStateDetailsUpdate(),
+          PROCManager::isCommandCreateSpreadsheet(),
+          PROCManager::isCommandSynchronizeActiveShapes(), PROCManager::isCommandUpdateStatus(),
+          PROCManager::isCommandStateDetailsUpdate(),
           PROCManager::isProcessStateDetails(), PROCManager::isProcessStateDetailsFactory(),
           PROCManager::isProcessStateDetailsUpdate(), PROCManager::isProcessLifeCycleFactory(),
           PROCManager::isProcessBRRSave(), PROCManager::isProcessCheckout(),
@@ -288,8 +288,9 @@ TEST_F(FuzzSupportTest, ARecipeBuildsTheSameModelAfterTheCacheDroppedIt) {
     qelfuzz::resetSession();
     for (size_t other = 0; other <= qelfuzz::kRecipeCacheSize; ++other) {
         std::vector<uint8_t> next = header;
-        next.back() = static_cast<uint8_t>(other);          // the recipe's last byte,
-        next[next.size() - 2] ^= static_cast<uint8_t>(1 + other / 256); // never the first's
+        // Another last byte and second last byte: never the first recipe.
+        next.back() = static_cast<uint8_t>(other);
+        next[next.size() - 2] ^= static_cast<uint8_t>(1 + other / 256);
         qelfuzz::buildReaderSession(next.data());
         qelfuzz::resetSession();
     }
@@ -325,7 +326,8 @@ TEST(ComposedSession, KeepsWithinItsLimitsAndReachesEveryProcess) {
         size_t count = 0;
         deepest = std::max(deepest, depth);
         for (const Json& occurrence : list)
-            count += 1 + occurrences(occurrence.value("children", Json::array()), depth + 1, deepest);
+            count += 1 + occurrences(occurrence.value("children", Json::array()), depth + 1,
+                                     deepest);
         return count;
     };
     for (const qelfuzz::ComposeLimits& limits : {qelfuzz::kModelLimits, qelfuzz::kReaderLimits}) {
