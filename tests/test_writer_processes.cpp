@@ -13,6 +13,8 @@
 
 using namespace documents_test;
 using Access = QELDMToXMLDocumentsAccess;
+// The element names, unqualified: the lists below read as the blocks do.
+using namespace QELElement;
 
 namespace {
 
@@ -30,43 +32,14 @@ void save1() {
     PROCManager::setIsPhasePhase1(true);
 }
 
-const Lines kSavePhase1 = {QELElement::POINTER_ADDRESS,
-                           QELElement::InstanceName,
-                           QELElement::Occ_UID,
-                           QELElement::Inst_Description,
-                           QELElement::Parent_Part_Number,
-                           QELElement::Parent_Instance_Name,
-                           QELElement::Parent_Doc_Name,
-                           QELElement::Parent_DST_UID,
-                           QELElement::Parent_ItemRev_UID,
-                           QELElement::Parent_Comp,
-                           QELElement::Matrix,
-                           QELElement::Matrix_Action,
-                           QELElement::Part_Number,
-                           QELElement::DST_UID,
-                           QELElement::Type,
-                           QELElement::ItemRev_UID,
-                           QELElement::NamedRef_UID,
-                           QELElement::Old_Model_Name,
-                           QELElement::BVR_Date,
-                           QELElement::Nomenclature,
-                           QELElement::File_Name,
-                           QELElement::Old_File_Name,
-                           QELElement::File_Version,
-                           QELElement::Check_Action,
-                           QELElement::MAJ,
-                           QELElement::Modified_Flag,
-                           QELElement::Doc_UUID,
-                           QELElement::Mapping_Attribut,
-                           QELElement::AnalysisFiles,
-                           QELElement::VTSkippedOcc,
-                           QELElement::LinkedDocs,
-                           QELElement::DT_Files,
-                           QELElement::DT_Sheets,
-                           QELElement::DT_Cfgs,
-                           QELElement::secondaries,
-                           QELElement::Shapes,
-                           QELElement::Mask};
+// The lists are packed as the blocks read, one element after the other.
+// clang-format off
+const Lines kSavePhase1 = {POINTER_ADDRESS, InstanceName, Occ_UID, Inst_Description, Parent_Part_Number,
+                           Parent_Instance_Name, Parent_Doc_Name, Parent_DST_UID, Parent_ItemRev_UID, Parent_Comp,
+                           Matrix, Matrix_Action, Part_Number, DST_UID, Type, ItemRev_UID, NamedRef_UID,
+                           Old_Model_Name, BVR_Date, Nomenclature, File_Name, Old_File_Name, File_Version,
+                           Check_Action, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut, AnalysisFiles, VTSkippedOcc,
+                           LinkedDocs, DT_Files, DT_Sheets, DT_Cfgs, secondaries, Shapes, Mask};
 
 TEST_F(ProcessesTest, EachProcessWritesItsElementOrder) {
     const std::vector<ProcessCase> cases = {
@@ -91,157 +64,59 @@ TEST_F(ProcessesTest, EachProcessWritesItsElementOrder) {
              PROCManager::setIsPhasePhase2(true);
          },
          false,
-         {QELElement::POINTER_ADDRESS, QELElement::ActivateShapes, QELElement::DefaultShapeForCache,
-          QELElement::AbsoluteMatrix, QELElement::VisibleOverrides, QELElement::Externals, QELElement::ScenesOverrides,
-          QELElement::Mapping_Inst, QELElement::PartComposites}},
+         {POINTER_ADDRESS, ActivateShapes, DefaultShapeForCache, AbsoluteMatrix, VisibleOverrides, Externals,
+          ScenesOverrides, Mapping_Inst, PartComposites}},
         {"BRR",
          [] { PROCManager::setIsProcessBRRSave(true); },
          false,
-         {QELElement::POINTER_ADDRESS,
-          QELElement::InstanceName,
-          QELElement::Occ_UID,
-          QELElement::Inst_Description,
-          QELElement::Parent_Part_Number,
-          QELElement::Parent_Instance_Name,
-          QELElement::Parent_Doc_Name,
-          QELElement::Parent_DST_UID,
-          QELElement::Parent_Comp,
-          QELElement::Parent_ItemRev_UID,
-          QELElement::Matrix,
-          QELElement::Matrix_Action,
-          QELElement::Part_Number,
-          QELElement::DST_UID,
-          QELElement::Type,
-          QELElement::NamedRef_UID,
-          QELElement::ItemRev_UID,
-          QELElement::Old_Model_Name,
-          QELElement::BVR_Date,
-          QELElement::Nomenclature,
-          QELElement::File_Name,
-          QELElement::Old_File_Name,
-          QELElement::File_Version,
-          QELElement::Check_Action,
-          QELElement::MAJ,
-          QELElement::Modified_Flag,
-          QELElement::Doc_UUID,
-          QELElement::Mapping_Attribut,
-          QELElement::Mapping_Inst,
-          QELElement::AnalysisFiles,
-          QELElement::VTSkippedOcc,
-          QELElement::LinkedDocs,
-          QELElement::DT_Files,
-          QELElement::DT_Sheets,
-          QELElement::DT_Cfgs,
-          QELElement::Shapes,
-          QELElement::ActivateShapes,
-          QELElement::DefaultShapeForCache,
-          QELElement::AbsoluteMatrix,
-          QELElement::secondaries,
-          QELElement::PartComposites}},
+         {POINTER_ADDRESS, InstanceName, Occ_UID, Inst_Description, Parent_Part_Number, Parent_Instance_Name,
+          Parent_Doc_Name, Parent_DST_UID, Parent_Comp, Parent_ItemRev_UID, Matrix, Matrix_Action, Part_Number,
+          DST_UID, Type, NamedRef_UID, ItemRev_UID, Old_Model_Name, BVR_Date, Nomenclature, File_Name, Old_File_Name,
+          File_Version, Check_Action, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut, Mapping_Inst, AnalysisFiles,
+          VTSkippedOcc, LinkedDocs, DT_Files, DT_Sheets, DT_Cfgs, Shapes, ActivateShapes, DefaultShapeForCache,
+          AbsoluteMatrix, secondaries, PartComposites}},
         {"import",
          [] {
              PROCManager::setIsCommandImport(true);
              PROCManager::setIsProcessBRRSave(true);
          },
          true,
-         {QELElement::POINTER_ADDRESS,
-          QELElement::InstanceName,
-          QELElement::Occ_UID,
-          QELElement::Inst_Description,
-          QELElement::Parent_Part_Number,
-          QELElement::Parent_Instance_Name,
-          QELElement::Parent_Doc_Name,
-          QELElement::Parent_DST_UID,
-          QELElement::Parent_ItemRev_UID,
-          QELElement::Parent_Comp,
-          QELElement::Matrix,
-          QELElement::Matrix_Action,
-          QELElement::Part_Number,
-          QELElement::DST_UID,
-          QELElement::Type,
-          QELElement::Date_Last_Modification,
-          QELElement::DST_Version,
-          QELElement::ItemRev_UID,
-          QELElement::Old_Model_Name,
-          QELElement::BVR_Date,
-          QELElement::Nomenclature,
-          QELElement::File_Name,
-          QELElement::Old_File_Name,
-          QELElement::File_Version,
-          QELElement::Check_Action,
-          QELElement::MAJ,
-          QELElement::Modified_Flag,
-          QELElement::Doc_UUID,
-          QELElement::Mapping_Attribut,
-          QELElement::Mapping_Inst,
-          QELElement::AnalysisFiles,
-          QELElement::VTSkippedOcc,
-          QELElement::LinkedDocs,
-          QELElement::DT_Files,
-          QELElement::DT_Sheets,
-          QELElement::DT_Cfgs,
-          QELElement::Shapes,
-          QELElement::ActivateShapes,
-          QELElement::DefaultShapeForCache,
-          QELElement::AbsoluteMatrix,
-          QELElement::VisibleOverrides,
-          QELElement::ScenesOverrides,
-          QELElement::secondaries,
-          QELElement::Externals,
-          QELElement::PartComposites}},
+         {POINTER_ADDRESS, InstanceName, Occ_UID, Inst_Description, Parent_Part_Number, Parent_Instance_Name,
+          Parent_Doc_Name, Parent_DST_UID, Parent_ItemRev_UID, Parent_Comp, Matrix, Matrix_Action, Part_Number,
+          DST_UID, Type, Date_Last_Modification, DST_Version, ItemRev_UID, Old_Model_Name, BVR_Date, Nomenclature,
+          File_Name, Old_File_Name, File_Version, Check_Action, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut,
+          Mapping_Inst, AnalysisFiles, VTSkippedOcc, LinkedDocs, DT_Files, DT_Sheets, DT_Cfgs, Shapes, ActivateShapes,
+          DefaultShapeForCache, AbsoluteMatrix, VisibleOverrides, ScenesOverrides, secondaries, Externals,
+          PartComposites}},
         {"create spreadsheet",
          [] { PROCManager::setIsCommandCreateSpreadsheet(true); },
          false,
-         {QELElement::InstanceName,
-          QELElement::Parent_Part_Number,
-          QELElement::Parent_Instance_Name,
-          QELElement::Parent_Doc_Name,
-          QELElement::Parent_DST_UID,
-          QELElement::Parent_Comp,
-          QELElement::Parent_ItemRev_UID,
-          QELElement::NamedRef_UID,
-          QELElement::Matrix,
-          QELElement::Matrix_Action,
-          QELElement::Part_Number,
-          QELElement::DST_UID,
-          QELElement::Type,
-          QELElement::ItemRev_UID,
-          QELElement::Old_Model_Name,
-          QELElement::File_Name,
-          QELElement::File_Version,
-          QELElement::MAJ,
-          QELElement::Modified_Flag,
-          QELElement::Doc_UUID,
-          QELElement::Mapping_Attribut,
-          QELElement::LinkedDocs}},
+         {InstanceName, Parent_Part_Number, Parent_Instance_Name, Parent_Doc_Name, Parent_DST_UID, Parent_Comp,
+          Parent_ItemRev_UID, NamedRef_UID, Matrix, Matrix_Action, Part_Number, DST_UID, Type, ItemRev_UID,
+          Old_Model_Name, File_Name, File_Version, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut, LinkedDocs}},
         {"state details",
          [] {
              PROCManager::setIsProcessStateDetailsFactory(true);
              PROCManager::setIsProcessStateDetails(true);
          },
          true,
-         {QELElement::POINTER_ADDRESS, QELElement::InstanceName, QELElement::Matrix_Action, QELElement::Part_Number,
-          QELElement::DST_UID, QELElement::DST_Version, QELElement::Date_Last_Modification, QELElement::ItemRev_UID,
-          QELElement::File_Name, QELElement::Type, QELElement::File_Version, QELElement::BVR_Date, QELElement::MAJ,
-          QELElement::Modified_Flag, QELElement::IsDocSelected, QELElement::Mapping_Attribut}},
+         {POINTER_ADDRESS, InstanceName, Matrix_Action, Part_Number, DST_UID, DST_Version, Date_Last_Modification,
+          ItemRev_UID, File_Name, Type, File_Version, BVR_Date, MAJ, Modified_Flag, IsDocSelected, Mapping_Attribut}},
         {"life cycle, stored",
          [] { PROCManager::setIsProcessLifeCycleFactory(true); },
          false,
-         {QELElement::POINTER_ADDRESS, QELElement::InstanceName, QELElement::Matrix_Action, QELElement::Part_Number,
-          QELElement::DST_UID, QELElement::ItemRev_UID, QELElement::NamedRef_UID, QELElement::File_Name,
-          QELElement::Type, QELElement::File_Version, QELElement::Check_Action, QELElement::MAJ,
-          QELElement::Mapping_Attribut, QELElement::secondaries}},
+         {POINTER_ADDRESS, InstanceName, Matrix_Action, Part_Number, DST_UID, ItemRev_UID, NamedRef_UID, File_Name,
+          Type, File_Version, Check_Action, MAJ, Mapping_Attribut, secondaries}},
         {"life cycle, never stored",
          [] {
              PROCManager::setIsProcessLifeCycleFactory(true);
              PROCManager::setIsProcessBRRSave(true);
          },
          true,
-         {QELElement::POINTER_ADDRESS, QELElement::InstanceName, QELElement::Matrix_Action, QELElement::Part_Number,
-          QELElement::DST_UID, QELElement::DST_Version, QELElement::ItemRev_UID, QELElement::File_Name,
-          QELElement::Type, QELElement::File_Version, QELElement::Check_Action, QELElement::MAJ,
-          QELElement::Mapping_Attribut, QELElement::secondaries}},
+         {POINTER_ADDRESS, InstanceName, Matrix_Action, Part_Number, DST_UID, DST_Version, ItemRev_UID, File_Name,
+          Type, File_Version, Check_Action, MAJ, Mapping_Attribut, secondaries}},
     };
+    // clang-format on
     for (const ProcessCase& c : cases) {
         SCOPED_TRACE(c.name);
         ProcessModel m = ProcessModel::build();
@@ -250,11 +125,11 @@ TEST_F(ProcessesTest, EachProcessWritesItsElementOrder) {
         m.partDoc->addStringProperty("Dat_File_Version", c.neverStored ? "0" : "1");
 
         const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part); });
-        const std::vector<Lines> blocks = childrenOf(lines, QELElement::Item_Info);
+        const std::vector<Lines> blocks = childrenOf(lines, Item_Info);
         ASSERT_FALSE(blocks.empty());
         EXPECT_EQ(blocks[0], c.children);
-        EXPECT_EQ(topElements(lines)[0], QELElement::CATPart);
-        EXPECT_EQ(childrenOf(lines, QELElement::CATPart), std::vector<Lines>{{QELElement::Item_Info}});
+        EXPECT_EQ(topElements(lines)[0], CATPart);
+        EXPECT_EQ(childrenOf(lines, CATPart), std::vector<Lines>{{Item_Info}});
 
         QELSession::freeModel();
         resetAll();
@@ -271,19 +146,18 @@ TEST_F(ProcessesTest, SavePhase1WorkspaceBlockEndsWithItsConfiguration) {
     ProcessModel m = ProcessModel::build();
     save1();
     const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws); });
-    EXPECT_EQ(topElements(lines), Lines{QELElement::CATProduct});
-    EXPECT_EQ(childrenOf(lines, QELElement::CATProduct),
-              (std::vector<Lines>{{QELElement::Item_Info, QELElement::Configuration}}));
-    EXPECT_EQ(valueOf(lines, QELElement::Configuration), "Rule=Latest");
-    EXPECT_EQ(valueOf(lines, QELElement::Parent_Comp), "NO");
-    EXPECT_EQ(valueOf(lines, QELElement::Matrix), "");
-    EXPECT_EQ(valueOf(lines, QELElement::Parent_Instance_Name), "<absent>");
-    EXPECT_EQ(valueOf(lines, QELElement::Parent_DST_UID), "<absent>");
+    EXPECT_EQ(topElements(lines), Lines{CATProduct});
+    EXPECT_EQ(childrenOf(lines, CATProduct), (std::vector<Lines>{{Item_Info, Configuration}}));
+    EXPECT_EQ(valueOf(lines, Configuration), "Rule=Latest");
+    EXPECT_EQ(valueOf(lines, Parent_Comp), "NO");
+    EXPECT_EQ(valueOf(lines, Matrix), "");
+    EXPECT_EQ(valueOf(lines, Parent_Instance_Name), "<absent>");
+    EXPECT_EQ(valueOf(lines, Parent_DST_UID), "<absent>");
 
     PROCManager::reset();
     PROCManager::setIsCommandImport(true);
     const Lines imported = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws); });
-    EXPECT_EQ(childrenOf(imported, QELElement::CATProduct), std::vector<Lines>{{QELElement::Item_Info}});
+    EXPECT_EQ(childrenOf(imported, CATProduct), std::vector<Lines>{{Item_Info}});
 }
 
 TEST_F(ProcessesTest, NodeWithoutWhatItStandsOnWritesNothing) {
@@ -312,13 +186,13 @@ TEST_F(ProcessesTest, CatalogDocumentStandsInForAWorkspaceParent) {
     CV5CAAQELDocument* catalog = makeDocument(catalogItem, "Fasteners.catalog", EnumDocumentType_Catalog);
 
     const Lines plain = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws, catalog); });
-    EXPECT_EQ(valueOf(plain, QELElement::Parent_Part_Number), "<absent>");
+    EXPECT_EQ(valueOf(plain, Parent_Part_Number), "<absent>");
 
     PROCManager::setManageCatalog(true);
     const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws, catalog); });
-    EXPECT_EQ(valueOf(lines, QELElement::Parent_Part_Number), "CAT-7");
-    EXPECT_EQ(valueOf(lines, QELElement::Parent_Doc_Name), "Fasteners.catalog");
-    EXPECT_EQ(valueOf(lines, QELElement::Parent_ItemRev_UID), "REV-CAT-7");
+    EXPECT_EQ(valueOf(lines, Parent_Part_Number), "CAT-7");
+    EXPECT_EQ(valueOf(lines, Parent_Doc_Name), "Fasteners.catalog");
+    EXPECT_EQ(valueOf(lines, Parent_ItemRev_UID), "REV-CAT-7");
 }
 
 TEST_F(ProcessesTest, BrokenIconIsWrittenAsUnknownWithErrors) {
@@ -328,12 +202,11 @@ TEST_F(ProcessesTest, BrokenIconIsWrittenAsUnknownWithErrors) {
     m.partDoc->addStringProperty("DST_UID", "");
     const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part); });
 
-    EXPECT_EQ(topElements(lines), Lines{QELElement::Unknown});
-    for (const char* element :
-         {QELElement::Part_Number, QELElement::DST_UID, QELElement::ItemRev_UID, QELElement::File_Name}) {
+    EXPECT_EQ(topElements(lines), Lines{Unknown});
+    for (const char* element : {Part_Number, DST_UID, ItemRev_UID, File_Name}) {
         EXPECT_EQ(valueOf(lines, element), "ERROR") << element;
     }
-    for (const char* element : {QELElement::NamedRef_UID, QELElement::File_Version, QELElement::Mapping_Attribut}) {
+    for (const char* element : {NamedRef_UID, File_Version, Mapping_Attribut}) {
         EXPECT_EQ(countOf(lines, std::string("<") + element + ">"), 0) << element;
     }
     EXPECT_TRUE(JNLManager::contains("QELDMToXML::writeNamedRefUID : ip_component is a broken icon"));
@@ -352,11 +225,11 @@ TEST_F(ProcessesTest, FlatteningDescribesADocumentOnce) {
             Access::writeDesc(w, m.part, nullptr, 1);
             Access::writeDesc(w, second, nullptr, 1);
         });
-        const std::vector<Lines> blocks = childrenOf(lines, QELElement::Item_Info);
+        const std::vector<Lines> blocks = childrenOf(lines, Item_Info);
         ASSERT_EQ(blocks.size(), 2u);
-        EXPECT_EQ(countOf(blocks[0], QELElement::Mapping_Attribut), 1);
-        EXPECT_EQ(countOf(blocks[1], QELElement::Mapping_Attribut), 0);
-        EXPECT_EQ(valuesOf(lines, QELElement::Modified_Flag), (Lines{"1", "-1"}));
+        EXPECT_EQ(countOf(blocks[0], Mapping_Attribut), 1);
+        EXPECT_EQ(countOf(blocks[1], Mapping_Attribut), 0);
+        EXPECT_EQ(valuesOf(lines, Modified_Flag), (Lines{"1", "-1"}));
         EXPECT_TRUE(m.partDoc->getBooleanProperty("IsAlreadyWritten"));
 
         QELSession::freeModel();
@@ -389,7 +262,7 @@ TEST_F(ProcessesTest, FlatteningTakesAnUnmodifiedOccurrencesStateFromElsewhere) 
             m.partItem->setFirstCreatedAbsoluteOccurrence(first);
         }
         const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part, nullptr, 1); });
-        EXPECT_EQ(valueOf(lines, QELElement::Modified_Flag), c.expected);
+        EXPECT_EQ(valueOf(lines, Modified_Flag), c.expected);
         // Written without the occurrence, whose own state would hold them back.
         EXPECT_EQ(countOf(lines, "<Mapping_Attribut>"), 1);
         QELSession::freeModel();
@@ -409,10 +282,9 @@ TEST_F(ProcessesTest, UpdateStatusGoesOnWithoutAFileAndStopsWithoutAnItem) {
     long status = -1;
     Lines lines = written([&](QELDMToXML& w) { status = Access::writeDescForUpdateStatus(w, &documents); });
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(childrenOf(lines, QELElement::Item_Info),
-              (std::vector<Lines>{{QELElement::POINTER_ADDRESS, QELElement::File_Name, QELElement::DST_UID,
-                                   QELElement::ItemRev_UID, QELElement::secondaries},
-                                  {QELElement::POINTER_ADDRESS, QELElement::ItemRev_UID}}));
+    EXPECT_EQ(childrenOf(lines, Item_Info),
+              (std::vector<Lines>{{POINTER_ADDRESS, File_Name, DST_UID, ItemRev_UID, secondaries},
+                                  {POINTER_ADDRESS, ItemRev_UID}}));
     ASSERT_EQ(EMHManager::entries().size(), 1u);
     EXPECT_EQ(EMHManager::entries()[0].function, "QELDMToXML::writeDescForUpdateStatus");
     EXPECT_EQ(EMHManager::entries()[0].code, 2103);
@@ -443,13 +315,12 @@ TEST_F(ProcessesTest, StateDetailsFactoryDescribesEachSecondaryOnce) {
         Access::writeDesc(w, m.part);
         Access::writeDesc(w, second);
     });
-    EXPECT_EQ(topElements(lines), (Lines{QELElement::CATPart, QELElement::CATModel, QELElement::CATPart}));
-    const std::vector<Lines> blocks = childrenOf(lines, QELElement::Item_Info);
+    EXPECT_EQ(topElements(lines), (Lines{CATPart, CATModel, CATPart}));
+    const std::vector<Lines> blocks = childrenOf(lines, Item_Info);
     ASSERT_EQ(blocks.size(), 3u);
-    EXPECT_EQ(blocks[1], (Lines{QELElement::POINTER_ADDRESS, QELElement::InstanceName, QELElement::Part_Number,
-                                QELElement::NamedRef_UID, QELElement::File_Name, QELElement::File_Version,
-                                QELElement::Modified_Flag}));
-    EXPECT_EQ(valueOf(lines, QELElement::File_Version), "CATPart");
+    EXPECT_EQ(blocks[1], (Lines{POINTER_ADDRESS, InstanceName, Part_Number, NamedRef_UID, File_Name, File_Version,
+                                Modified_Flag}));
+    EXPECT_EQ(valueOf(lines, File_Version), "CATPart");
     EXPECT_EQ(countOf(lines, "model"), 1);
     EXPECT_EQ(countOf(lines, "Part.model"), 2); // InstanceName and File_Name
 }
