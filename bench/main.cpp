@@ -27,6 +27,7 @@
 #include "JNLManager.h"
 #include "QELAnswerSimulator.h"
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 #include "QELSession.h"
 #include "QELSessionFile.h"
 #include "QELXMLToDM.h"
@@ -152,7 +153,7 @@ void ratios(const Options& options) {
             file.readLine(line);
             const long long start = file.tell();
             long long end = 0;
-            if (!CV5CAAToolsDesc::searchClosingNode(file, "DESCFILE", start, end)) fail("no </DESCFILE>");
+            if (!CV5CAAToolsDesc::searchClosingNode(file, QELElement::DESCFILE, start, end)) fail("no </DESCFILE>");
             systemSeeks += file.systemSeeks();
         },
         [&] { checkCount("fgets", benchFgetsLines(answerPath)); }));

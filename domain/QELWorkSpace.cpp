@@ -1,12 +1,11 @@
 #include "QELWorkSpace.h"
 
-#include <chrono>
 #include <cstdio>
 #include <string>
-#include <thread>
 #include <unordered_set>
 
 #include "CATRawCollint.h"
+#include "JNLManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
 #include "QELFile.h"
@@ -55,14 +54,6 @@ void insertOccurrenceDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid
         documents.erase(document->get_Name());
         documents.insert(document->get_Name(), document, kDocumentTag, 0);
     }
-}
-
-// The documented endless wait of getWorkSpacePointedItemsByLink. The volatile
-// access keeps the loop well defined, the sleep keeps it off the processor.
-void stayOnDocument() {
-    static volatile unsigned long rounds = 0;
-    rounds = rounds + 1;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
 }
 
 } // namespace
@@ -217,21 +208,27 @@ int QELWorkSpace::getWorkSpacePointedItemsByLink(const CATUnicodeString& linkNam
     documents = new TYPVectorPQELDocument();
     TYPMapCATUnicodeStringPVoid* workspaceDocuments = getWorkspaceDocuments();
     std::unordered_set<CATUnicodeString, CATUnicodeStringHash> names;
-    for (int i = 0; i < workspaceDocuments->size();) {
+    int status = 0;
+    // Each document is asked once. A document without any GRM link of the
+    // name would hold the walk on itself, asking the same question again and
+    // again: the walk stops there instead, with what it found before it.
+    for (int i = 0; i < workspaceDocuments->size(); ++i) {
         auto* document = static_cast<QELDocument*>(workspaceDocuments->getObject(i));
         TYPVectorPQELLink* links = document->getGRMItemLinksWhereUsedAsPrimary(linkName);
         if (!links) {
-            // Not stepped past: see the header.
-            stayOnDocument();
-            continue;
+            JNLManager::writeMsgFormatted(
+                "QELWorkSpace::getWorkSpacePointedItemsByLink error : document %s has no GRM link %s, "
+                "walk stopped after %d of %d documents",
+                document->get_Name().ToLatin1().c_str(), linkName.ToLatin1().c_str(), i, workspaceDocuments->size());
+            status = -1;
+            break;
         }
         if (!links->empty() && names.insert(document->get_Name()).second)
             documents->push_back(document);
         delete links;
-        ++i;
     }
     delete workspaceDocuments;
-    return 0;
+    return status;
 }
 
 // ---- dump ------------------------------------------------------------------

@@ -77,12 +77,11 @@ public:
                                                  TYPVectorPQELDocument*& documents) const;
     // `documents`: a NEW vector (caller deletes) of the workspace documents
     // (not items) that are primary of at least one GRM item link named
-    // `linkName`, one per name. Always 0.
+    // `linkName`, one per name, in the order of getWorkspaceDocuments. 0.
     //
-    // WARNING: this does NOT RETURN when some workspace document has no GRM
-    // link of that name at all: the walk stays on that document for ever.
-    // That is the operation's behaviour and it is kept; a caller that cannot
-    // rule the case out checks the documents first.
+    // A workspace document with no GRM link of that name at all stops the
+    // walk there: one journal line names it, `documents` holds what was found
+    // before it, and the answer is -1. Every document is asked at most once.
     int getWorkSpacePointedItemsByLink(const CATUnicodeString& linkName,
                                        TYPVectorPQELDocument*& documents) const;
 

@@ -7,6 +7,7 @@
 #include "QELDocument.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
@@ -41,15 +42,18 @@ int main() {
     auto* bracketItem = QELModelHeap::adopt(new QELItem("ITM-000456/B"));
     auto* drawingItem = QELModelHeap::adopt(new QELItem("ITM-000789/A"));
     for (QELItem* it : {gearboxItem, bracketItem, drawingItem}) session->addItem(it);
-    QELDocument* gearbox = gearboxItem->createDocument("LINKNAME_CHILD", EnumDocumentType_Product, "Gearbox.CATProduct");
-    QELDocument* bracket = bracketItem->createDocument("LINKNAME_CHILD", EnumDocumentType_Part, "Bracket.CATPart");
-    QELDocument* drawing = drawingItem->createDocument("LINKNAME_CHILD", EnumDocumentType_Drawing, "Gearbox.CATDrawing");
+    QELDocument* gearbox =
+        gearboxItem->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Product, "Gearbox.CATProduct");
+    QELDocument* bracket =
+        bracketItem->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Part, "Bracket.CATPart");
+    QELDocument* drawing =
+        drawingItem->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Drawing, "Gearbox.CATDrawing");
     gearbox->createFile("catproduct", "Gearbox.CATProduct");
     bracket->createFile("catpart", "Bracket.CATPart");
 
     bracket->addStringProperty("Part_Number", "BRK-\xC9tag\xE8re"); // Latin-1 text
     bracket->addBooleanProperty("Modified_Flag", true);
-    bracket->addDynamicProperty("CATIA_Mapping_Attribut", "Material", "Steel", false);
+    bracket->addDynamicProperty(QELDocument::kCATIAMappingAttributes, "Material", "Steel", false);
     QELDocument* sizes = bracket->addDesignTable("Bracket sizes", "BracketSizes.xls");
     sizes->setType(EnumDocumentType_DesignTable);
     bracket->addGRMDocumentLink("catdesigntable", sizes)->addIntegerProperty("Sheet", 1);

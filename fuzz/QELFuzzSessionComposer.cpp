@@ -1,3 +1,4 @@
+#include "QELDocument.h"
 #include "QELFuzzSessionComposer.h"
 
 #include <cstddef>
@@ -91,8 +92,8 @@ const char* const kPropertyNames[] = {"Part_Number",
                                       "Occ_UID",
                                       "InstanceName",
                                       "Inst_Description",
-                                      "CATIA_Mapping_Attribut",
-                                      "OEM_Mapping_Attribut",
+                                      QELDocument::kCATIAMappingAttributes,
+                                      QELDocument::kOEMMappingAttributes,
                                       "IsAnIgnoreNode",
                                       "IsVisible",
                                       "IsHideInContext",

@@ -16,6 +16,7 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELAnswerSimulator.h"
 #include "QELDescriptionScanner.h"
+#include "QELElementNames.h"
 #include "QELFuzzSession.h"
 #include "QELFuzzSessionComposer.h"
 #include "QELFuzzSupport.h"
@@ -59,9 +60,8 @@ Carried carriedIds(const std::string& answer) {
     if (!scanner.open(answer, error) || !scanner.readHeader(error))
         fail("the simulator's answer: " + error);
     while (scanner.nextEntry(entry, error)) {
-        const std::string id(entry.value("Item_ID"));
-        QELComponent* component =
-            QELHandleTable::resolve(std::string(entry.value("POINTER_ADDRESS")));
+        const std::string id(entry.value(QELElement::Item_ID));
+        QELComponent* component = QELHandleTable::resolve(std::string(entry.value(QELElement::POINTER_ADDRESS)));
         if (id.empty() || !component)
             continue;
         if (component->isAbsolute()) {

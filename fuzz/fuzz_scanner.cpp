@@ -13,6 +13,7 @@
 
 #include "CV5CAAToolsDesc.h"
 #include "JNLManager.h"
+#include "QELElementNames.h"
 #include "QELFuzzSupport.h"
 #include "QELXMLToDMScannerAccess.h"
 #include "UTILLineFile.h"
@@ -25,10 +26,32 @@ constexpr size_t kSteps = 3;
 constexpr size_t kStepSize = 4;
 constexpr size_t kMaxFile = 64 * 1024;
 
-const char* const kNames[] = {"DESCFILE", "NBElements", "Options", "CATPart", "CATProduct", "Item_Info",
-                              "POINTER_ADDRESS", "Mapping_Attribut", "Mapping_Inst", "Attribut", "Shapes", "SR",
-                              "secondaries", "secondary", "Auxiliaries", "PartComposites", "Stacking", "Ply",
-                              "Externals", "AnalysisFiles", "Components", "LinkedDocs", "", "<", ">", "/"};
+const char* const kNames[] = {QELElement::DESCFILE,
+                              QELElement::NBElements,
+                              QELElement::Options,
+                              QELElement::CATPart,
+                              QELElement::CATProduct,
+                              QELElement::Item_Info,
+                              QELElement::POINTER_ADDRESS,
+                              QELElement::Mapping_Attribut,
+                              QELElement::Mapping_Inst,
+                              QELElement::Attribut,
+                              QELElement::Shapes,
+                              QELElement::SR,
+                              QELElement::secondaries,
+                              QELElement::secondary,
+                              QELElement::Auxiliaries,
+                              QELElement::PartComposites,
+                              QELElement::Stacking,
+                              QELElement::Ply,
+                              QELElement::Externals,
+                              QELElement::AnalysisFiles,
+                              QELElement::Components,
+                              QELElement::LinkedDocs,
+                              "",
+                              "<",
+                              ">",
+                              "/"};
 constexpr size_t kNameCount = sizeof kNames / sizeof *kNames;
 
 void check(bool inside, const char* operation) {

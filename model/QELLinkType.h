@@ -46,6 +46,12 @@ enum Code : int {
 // anything outside 1..32) gives its decimal text.
 CATUnicodeString name(int code);
 
+// The keys under which a relation files its far end when no name of its own
+// keys it: a parent's children (an item's documents, a workspace's
+// occurrences) and a child's parent.
+inline constexpr char LINKNAME_CHILD[] = "LINKNAME_CHILD";
+inline constexpr char LINKNAME_PARENT[] = "LINKNAME_PARENT";
+
 } // namespace QELLinkType
 
 #endif

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "QELLinkType.h"
 #include "QELStatus.h"
 
 #include <memory>
@@ -117,7 +118,7 @@ TEST_F(AbsoluteOccurrenceTest, BadParentPrintsErrorAndKeepsOnlyTheTag) {
         EXPECT_EQ("", text(occ->get_Name()));
         EXPECT_EQ(0, occ->getPropertiesCount());
     }
-    EXPECT_EQ(-1, item.getChildrenCount(17));
+    EXPECT_EQ(-1, item.getChildrenCount(QELLinkType::ABS_ABS));
 }
 
 TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceIsNamedByFirstNonEmptyText) {
@@ -144,7 +145,7 @@ TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRen
     EXPECT_EQ(&rel, occ.getLinkedRelativeOccurrence());
     EXPECT_EQ("r1", text(occ.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_RELATIVE_UID")));
     EXPECT_EQ(&item, rel.getLinkedItem());
-    EXPECT_EQ(&occ, rel.getComponent(5, "LINKNAME_DEFINITION", "A"));
+    EXPECT_EQ(&occ, rel.getComponent(QELLinkType::ABS_REL, "LINKNAME_DEFINITION", "A"));
 
     rel.setOCCID("r9");
     EXPECT_EQ("r9", text(rel.get_Name()));
@@ -223,7 +224,7 @@ TEST_F(AbsoluteOccurrenceTest, CreateSceneFilesOneSceneOwnedByTheModel) {
     ASSERT_NE(nullptr, s1);
     EXPECT_EQ(&ctx, s1->getContext());
     // Filed twice under the same keys: still one entry each.
-    EXPECT_EQ(1, occ.getComponents(26, "S1")->size());
+    EXPECT_EQ(1, occ.getComponents(QELLinkType::ABS_SCENE, "S1")->size());
     EXPECT_EQ(2, ctx.getAllLinkedScenes()->size());
 }
 

@@ -103,22 +103,23 @@ TEST(QELObject, HostBackedKindsCountAsTheirBaseKindOnly) {
 TEST_F(ComponentTest, RelationsCountFindAndIndex) {
     Node parent("QELITEM_CLASSNAME", "p");
     Node a("QELDOCUMENT_CLASSNAME", "a"), b("QELDOCUMENT_CLASSNAME", "b"), a2("QELFILE_CLASSNAME", "a");
-    EXPECT_EQ(parent.getChildrenCount(5), -1);
-    parent.addChildrenComponent(&a, 5);
-    EXPECT_EQ(parent.getChildrenCount(5), 1);
+    EXPECT_EQ(parent.getChildrenCount(QELLinkType::ABS_REL), -1);
+    parent.addChildrenComponent(&a, QELLinkType::ABS_REL);
+    EXPECT_EQ(parent.getChildrenCount(QELLinkType::ABS_REL), 1);
     EXPECT_EQ(parent.getParentsCount(5), -1);
-    parent.addChildrenComponent(&a2, 5); // same name: the first one stays
-    parent.addChildrenComponent(&b, 5);
-    EXPECT_EQ(parent.getChildrenCount(5), 2);
+    parent.addChildrenComponent(&a2, QELLinkType::ABS_REL); // same name: the first one stays
+    parent.addChildrenComponent(&b, QELLinkType::ABS_REL);
+    EXPECT_EQ(parent.getChildrenCount(QELLinkType::ABS_REL), 2);
     EXPECT_EQ(parent.getChildrenComponent(5, "a"), &a);
     EXPECT_EQ(parent.getChildrenComponent(5, 1), &b);
     EXPECT_EQ(parent.getChildrenComponent(5, 2), nullptr);
     EXPECT_EQ(parent.getChildrenComponent(5, "a", "b"), &b);
     EXPECT_EQ(parent.getChildrenComponent(5, "zz", "b"), nullptr);
-    parent.addComponent(&b, 5, "CUSTOM");
-    EXPECT_EQ(parent.getComponent(5, "ignored", 1), parent.getComponents(5, "CUSTOM"));
-    EXPECT_EQ(parent.getComponent(5, "x", 2), nullptr);
-    EXPECT_EQ(parent.getComponent(6, "x", 0), nullptr);
+    parent.addComponent(&b, QELLinkType::ABS_REL, "CUSTOM");
+    EXPECT_EQ(parent.getComponent(QELLinkType::ABS_REL, "ignored", 1),
+              parent.getComponents(QELLinkType::ABS_REL, "CUSTOM"));
+    EXPECT_EQ(parent.getComponent(QELLinkType::ABS_REL, "x", 2), nullptr);
+    EXPECT_EQ(parent.getComponent(QELLinkType::ABS_ABV, "x", 0), nullptr);
 }
 
 TEST_F(ComponentTest, AbsoluteKeysIncludeParentCompAndTheParentKeyIsOwn) {
@@ -127,9 +128,9 @@ TEST_F(ComponentTest, AbsoluteKeysIncludeParentCompAndTheParentKeyIsOwn) {
     Node child("QELABSOLUTEOCCURRENCE_CLASSNAME", "B");
     occ.addStringProperty("Parent_Comp", "X/Y");
     child.addStringProperty("Parent_Comp", "Z");
-    ws.addAbsolute(&occ, 1, "LINKNAME_CHILD");
+    ws.addAbsolute(&occ, QELLinkType::WSP_ABS, QELLinkType::LINKNAME_CHILD);
     EXPECT_EQ(ws.getChildrenComponent(1, "AX/Y"), &occ);
-    child.addParentAbsolute(&occ, 17, "LINKNAME_PARENT");
+    child.addParentAbsolute(&occ, QELLinkType::ABS_ABS, QELLinkType::LINKNAME_PARENT);
     EXPECT_EQ(child.getParentComponent(17, "BZ"), &occ);
 }
 
@@ -219,7 +220,7 @@ TEST_F(ComponentTest, PrintStyleZeroListsPropertiesLinksAndRelations) {
     doc.addIntegerProperty("N", 4);
     QELLink* link = doc.addGRMLink("L", &item);
     link->addStringProperty("ShapeRepName", "rep");
-    doc.addChildrenComponent(&item, 15);
+    doc.addChildrenComponent(&item, QELLinkType::DOC_ITM);
     std::string expected = "doc\n\tN" + std::string(39, ' ') + "\t|\t4\n" + "\t---- GRM_LINK / L ---> item\n" +
                            "\tShapeRepName" + std::string(28, ' ') + "\t|\trep\n" +
                            "\t---- DOC_ITM / LINKNAME_CHILD ---> item\n";
@@ -230,7 +231,7 @@ TEST_F(ComponentTest, PrintStyleZeroListsPropertiesLinksAndRelations) {
 TEST_F(ComponentTest, PrintStyleOneWritesClassUsageAndLinkBlocks) {
     Node doc("QELDOCUMENT_CLASSNAME", "doc"), item("QELITEM_CLASSNAME", "item");
     doc.addGRMLink("L", &item);
-    doc.addChildrenComponent(&item, 15);
+    doc.addChildrenComponent(&item, QELLinkType::DOC_ITM);
     std::string out = doc.print(1).ConvertToChar();
     const std::string uuid = "[0-9a-f-]{36}";
     std::regex expected(
@@ -258,11 +259,11 @@ TEST_F(ComponentTest, PrintStyleOneWritesClassUsageAndLinkBlocks) {
 TEST_F(ComponentTest, ReleaseForgetsEverythingButTheRelatedObjects) {
     Node a("QELDOCUMENT_CLASSNAME", "a"), b("QELITEM_CLASSNAME", "b");
     a.addStringProperty("k", "v");
-    a.addChildrenComponent(&b, 11);
+    a.addChildrenComponent(&b, QELLinkType::ITM_DOC);
     QELLink* link = a.addGRMLink("L", &b);
     a.release();
     EXPECT_EQ(a.getPropertiesCount(), 0);
-    EXPECT_EQ(a.getChildrenCount(11), -1);
+    EXPECT_EQ(a.getChildrenCount(QELLinkType::ITM_DOC), -1);
     EXPECT_EQ(a.getGRMLinks("L"), nullptr);
     // The link still serves the other end.
     EXPECT_EQ((*b.getGRMLinks("L"))[0], link);

@@ -5,6 +5,7 @@
 
 #include "QELDocument.h"
 #include "QELGeoDatas.h"
+#include "QELLinkType.h"
 #include "QELPliesGroup.h"
 #include "QELPly.h"
 #include "QELSequence.h"
@@ -31,15 +32,16 @@ TEST_F(CompositesTest, TreeHangsFromTheDocumentUnderOneKeyPerLink) {
     QELPly ply1(&sequence, "Ply.1");
     QELPly ply2(&sequence, "Ply.2");
 
-    EXPECT_EQ(&stacking, doc.getComponent(29, "LINKNAME_DOC_STACKING", "Stacking.1"));
+    EXPECT_EQ(&stacking, doc.getComponent(QELLinkType::DOC_STACKING, "LINKNAME_DOC_STACKING", "Stacking.1"));
     TYPMapCATUnicodeStringPVoid* groups =
-        stacking.getComponents(30, "LINKNAME_STACKING_PLIESGROUP");
+        stacking.getComponents(QELLinkType::STACKING_PLIES_GROUP, "LINKNAME_STACKING_PLIESGROUP");
     ASSERT_NE(nullptr, groups);
     EXPECT_EQ(2, groups->size());
     EXPECT_EQ(&group2, groups->find("PG.2"));
-    EXPECT_EQ(&sequence, group1.getComponent(31, "LINKNAME_PLIESGROUP_SEQUENCE", "Seq.1"));
-    EXPECT_EQ(nullptr, group2.getComponents(31));
-    TYPMapCATUnicodeStringPVoid* plies = sequence.getComponents(32, "LINKNAME_SEQUENCE_PLY");
+    EXPECT_EQ(&sequence,
+              group1.getComponent(QELLinkType::PLIES_GROUP_SEQUENCE, "LINKNAME_PLIESGROUP_SEQUENCE", "Seq.1"));
+    EXPECT_EQ(nullptr, group2.getComponents(QELLinkType::PLIES_GROUP_SEQUENCE));
+    TYPMapCATUnicodeStringPVoid* plies = sequence.getComponents(QELLinkType::SEQUENCE_PLY, "LINKNAME_SEQUENCE_PLY");
     ASSERT_NE(nullptr, plies);
     EXPECT_EQ(&ply1, plies->getObject(0));
     EXPECT_EQ(&ply2, plies->getObject(1));
@@ -126,7 +128,7 @@ TEST_F(CompositesTest, PliesOfOneNameInASequenceAreOneEntry) {
     QELPly first(&sequence, "Ply.1");
     QELPly twin(&sequence, "Ply.1");
 
-    TYPMapCATUnicodeStringPVoid* plies = sequence.getComponents(32, "LINKNAME_SEQUENCE_PLY");
+    TYPMapCATUnicodeStringPVoid* plies = sequence.getComponents(QELLinkType::SEQUENCE_PLY, "LINKNAME_SEQUENCE_PLY");
     ASSERT_NE(nullptr, plies);
     EXPECT_EQ(1, plies->size());
     EXPECT_EQ(&first, plies->find("Ply.1"));
@@ -134,6 +136,6 @@ TEST_F(CompositesTest, PliesOfOneNameInASequenceAreOneEntry) {
     // An existing ply may be filed under a second sequence too.
     QELSequence other(&group, "Seq.2");
     other.linkPly(&first);
-    EXPECT_EQ(&first, other.getComponent(32, "LINKNAME_SEQUENCE_PLY", "Ply.1"));
-    EXPECT_EQ(2, group.getComponents(31, "LINKNAME_PLIESGROUP_SEQUENCE")->size());
+    EXPECT_EQ(&first, other.getComponent(QELLinkType::SEQUENCE_PLY, "LINKNAME_SEQUENCE_PLY", "Ply.1"));
+    EXPECT_EQ(2, group.getComponents(QELLinkType::PLIES_GROUP_SEQUENCE, "LINKNAME_PLIESGROUP_SEQUENCE")->size());
 }

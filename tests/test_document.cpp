@@ -94,8 +94,8 @@ TEST_F(DocumentTest, MappingAttributeIsLookedUpInTheStringList) {
     EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(nullptr, "Mass"), CATUnicodeString(""));
     EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "Mass"), CATUnicodeString(""));
 
-    d.addDynamicProperty("CATIA_Mapping_Attribut", "Material", "Steel", false);
-    d.addDynamicProperty("CATIA_Mapping_Attribut", "Mass", "12", false);
+    d.addDynamicProperty(QELDocument::kCATIAMappingAttributes, "Material", "Steel", false);
+    d.addDynamicProperty(QELDocument::kCATIAMappingAttributes, "Mass", "12", false);
     EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "Mass"), CATUnicodeString("12"));
     EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "Material"), CATUnicodeString("Steel"));
     EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&d, "mass"), CATUnicodeString(""));
@@ -105,7 +105,7 @@ TEST_F(DocumentTest, MappingAttributeIsLookedUpInTheStringList) {
     QELDocument names("N", EnumDocumentType_Part);
     CATListValCATUnicodeString list;
     list.Append("Mass");
-    names.addStringListProperty("CATIA_Mapping_Attribut", list);
+    names.addStringListProperty(QELDocument::kCATIAMappingAttributes, list);
     EXPECT_EQ(QELUtilities::getPropertyValueMappingAttributes(&names, "Mass"), CATUnicodeString(""));
 }
 

@@ -9,6 +9,7 @@
 #include "QELForm.h"
 #include "QELItem.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELRelativeOccurrence.h"
 #include "QELSession.h"
 
@@ -107,7 +108,7 @@ TEST_F(ItemTest, AllLinkedFormsTakesEveryKeyWithoutAClassTest) {
     item.linkForm(&p2);
     // Something else filed under link 12 is taken too.
     QELDocument stray("Stray");
-    item.addComponent(&stray, 12, "odd");
+    item.addComponent(&stray, QELLinkType::ITM_FRM, "odd");
 
     auto forms = owned(item.getAllLinkedForms());
     ASSERT_EQ(forms->size(), 4);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "QELElementNames.h"
 #include "ScratchDir.h"
 #include "CV5CAAToolsDesc.h"
 #include "ReaderAnswerSupport.h"
@@ -139,7 +140,7 @@ TEST(CV5CAAToolsDesc, ScanningStopsAtTheEndOfTheFile) {
     EXPECT_EQ(file.size(), pos);
 
     std::string value = "kept";
-    EXPECT_TRUE(CV5CAAToolsDesc::getNodeValue(file, 4, "NBElements", pos, value));
+    EXPECT_TRUE(CV5CAAToolsDesc::getNodeValue(file, 4, QELElement::NBElements, pos, value));
     EXPECT_EQ("12", value);
     EXPECT_EQ(50, pos);
     value = "kept";

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "QELElementNames.h"
 #include "ScratchDir.h"
 #include "CATDocument.h"
 #include "QELXMLToDMScannerAccess.h"
@@ -19,15 +20,18 @@ using Access = QELXMLToDMScannerAccess;
 
 namespace {
 
+// The element names, unqualified: the answers below read as their lines do.
+using namespace QELElement;
+
 std::string linkedDocs(int announced) {
-    return element("LinkedDocs", count(announced) + leaf("Attribut", "Drawing.CATDrawing") + leaf("Attribut", "u1"));
+    return element(LinkedDocs, count(announced) + leaf(Attribut, "Drawing.CATDrawing") + leaf(Attribut, "u1"));
 }
 
 std::string occurrenceEntry(const std::string& pointer, const std::string& occUid = "OCC-NEW", int linked = 2) {
-    return entry("CATPart", leaf("POINTER_ADDRESS", pointer) + leaf("Occ_UID", occUid) +
-                                leaf("Parent_ItemRev_UID", "UID-Root") + leaf("Matrix", "1 0 0 0 1 0 0 0 1 10 20 30") +
-                                linkedDocs(linked) +
-                                element("Sheets", leaf("Active_Sheet", "S.1") + count(1) + leaf("Attribut", "S.1")));
+    return entry(CATPart, leaf(POINTER_ADDRESS, pointer) + leaf(Occ_UID, occUid) +
+                              leaf(Parent_ItemRev_UID, "UID-Root") + leaf(Matrix, "1 0 0 0 1 0 0 0 1 10 20 30") +
+                              linkedDocs(linked) +
+                              element(Sheets, leaf(Active_Sheet, "S.1") + count(1) + leaf(Attribut, "S.1")));
 }
 
 // True when the journal says that the answer was not read to its end.
@@ -43,11 +47,11 @@ protected:
     void SetUp() override { model = SmallModel::build(); }
 
     std::string workspaceEntry() const {
-        return entry("CATProduct", leaf("POINTER_ADDRESS", pointerOf(model.workspace)) + leaf("Item_ID", "ROOT-ID"));
+        return entry(CATProduct, leaf(POINTER_ADDRESS, pointerOf(model.workspace)) + leaf(Item_ID, "ROOT-ID"));
     }
     std::string validAnswer() const {
         return answer(2, workspaceEntry() + occurrenceEntry(pointerOf(model.occurrence)),
-                      element("Options", leaf("SaveDesignTables", "1")));
+                      element(Options, leaf(SaveDesignTables, "1")));
     }
     // Reads `text` through execute; the reader is closed again.
     std::unique_ptr<QELXMLToDM> run(const std::string& text, bool crlf = false) {
@@ -96,7 +100,7 @@ TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
         SCOPED_TRACE(c.text);
         TYPMapCATUnicodeStringPVoid map;
         CATUnicodeString text(c.text);
-        map.insert("Matrix", &text);
+        map.insert(Matrix, &text);
         long long pos = 0;
         Access::createAbsoluteOccurrence(reader, model.occurrence, model.session, pos, &map);
         const double* matrix = model.relative->getMatrixProperty("RelativeMatrix");
@@ -108,13 +112,13 @@ TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
 TEST_F(ReaderDriver, EntriesWithoutPointer) {
     // No real parent: a root, which opens a workspace.
     const int workspaces = model.session->getWorkSpaceCount();
-    run(answer(1, entry("CATProduct", leaf("Parent_ItemRev_UID", "ERROR") + leaf("File_Name", "New.CATProduct"))));
+    run(answer(1, entry(CATProduct, leaf(Parent_ItemRev_UID, "ERROR") + leaf(File_Name, "New.CATProduct"))));
     EXPECT_TRUE(JNLManager::contains("ERROR : p_wsp is NULL. The desc file is not correctly filled."));
     EXPECT_EQ(workspaces + 1, model.session->getWorkSpaceCount());
 
     // A real parent: the parent is searched, and nothing is invented.
     JNLManager::clear();
-    auto reader = run(answer(1, entry("CATPart", leaf("Parent_ItemRev_UID", "UID-Root"))));
+    auto reader = run(answer(1, entry(CATPart, leaf(Parent_ItemRev_UID, "UID-Root"))));
     EXPECT_TRUE(JNLManager::contains("ERROR : p_abs is NULL. The desc file is not correctly filled."));
     EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Root] and parent_item_rev_uid = [UID-Root]"));
     EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Root]"));
@@ -123,21 +127,21 @@ TEST_F(ReaderDriver, EntriesWithoutPointer) {
     // Without workspaces the occurrences read so far are searched.
     JNLManager::clear();
     model.session->release();
-    run(answer(2, occurrenceEntry(pointerOf(model.occurrence)) + entry("CATPart", leaf("Parent_ItemRev_UID", "UID-Part"))));
+    run(answer(2, occurrenceEntry(pointerOf(model.occurrence)) + entry(CATPart, leaf(Parent_ItemRev_UID, "UID-Part"))));
     EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Part] and parent_item_rev_uid = [UID-Part]"));
     EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Part]"));
 }
 
 TEST_F(ReaderDriver, EmptySessionReadsWorkspacesAndDrawingsOnly) {
     PROCManager::setManageDescForEmptyQEL(true);
-    const std::string drawing = entry("CATDrawing", leaf("Parent_ItemRev_UID", "") + leaf("File_Name", "D.CATDrawing"));
+    const std::string drawing = entry(CATDrawing, leaf(Parent_ItemRev_UID, "") + leaf(File_Name, "D.CATDrawing"));
     struct Case {
         std::string first;
         const char* journal; // null: read
     } cases[] = {
         {occurrenceEntry(pointerOf(model.occurrence)), "Element in assembly ignored"},
-        {entry("DesignTable", leaf("File_Name", "T.xls")), "Design Table ignored"},
-        {entry("CATProduct", leaf("Parent_ItemRev_UID", "ERROR")), "Document of type catproduct ignored"},
+        {entry(DesignTable, leaf(File_Name, "T.xls")), "Design Table ignored"},
+        {entry(CATProduct, leaf(Parent_ItemRev_UID, "ERROR")), "Document of type catproduct ignored"},
         {drawing, nullptr},
     };
     for (const Case& c : cases) {
@@ -202,16 +206,16 @@ TEST_F(ReaderDriver, ActiveDocumentRules) {
 TEST_F(ReaderDriver, LoadFlagGoesToTheDefaultDocumentOfAProductInCheckout) {
     PROCManager::setManageSavableStatusForNonSave(true);
     PROCManager::setIsProcessCheckout(true);
-    const std::string ws = leaf("POINTER_ADDRESS", pointerOf(model.workspace));
-    run(answer(3, entry("CATPart", ws + leaf("Load_Flag", "4")) + entry("CATProduct", ws + leaf("Load_Flag", "7")) +
-                      entry("CATPart", leaf("Load_Flag", "9"))));
+    const std::string ws = leaf(POINTER_ADDRESS, pointerOf(model.workspace));
+    run(answer(3, entry(CATPart, ws + leaf(Load_Flag, "4")) + entry(CATProduct, ws + leaf(Load_Flag, "7")) +
+                      entry(CATPart, leaf(Load_Flag, "9"))));
     EXPECT_EQ(4, model.rootDocument->getIntegerProperty("Load_Flag")) << "only part and unknown entries carry it";
     EXPECT_TRUE(JNLManager::contains("Cannot find balise POINTER_ADDRESS"));
 }
 
 TEST_F(ReaderDriver, EntryMapKeepsLeafTextAndBlockPositions) {
-    const std::string shapes = element("Shapes", count(1) + element("SR", "s1\ns2\n"));
-    const std::string text = leaf("Item_ID", "A") + leaf("Nomenclature", "one\ntwo\nthree") + leaf("Item_ID", "B") +
+    const std::string shapes = element(Shapes, count(1) + element(SR, "s1\ns2\n"));
+    const std::string text = leaf(Item_ID, "A") + leaf(Nomenclature, "one\ntwo\nthree") + leaf(Item_ID, "B") +
                              "stray line\n" + shapes + "</Item_Info>\n";
     QELXMLToDM reader(writeAnswer("entry_map.xml", text).c_str());
     ASSERT_EQ(0, Access::openFile(reader));
@@ -222,15 +226,15 @@ TEST_F(ReaderDriver, EntryMapKeepsLeafTextAndBlockPositions) {
         auto* found = static_cast<CATUnicodeString*>(map->find(key));
         return found ? found->ToLatin1() : std::string("<absent>");
     };
-    EXPECT_EQ("A", value("Item_ID")) << "the first of two wins";
-    EXPECT_EQ("one\ntwo\nthree", value("Nomenclature")) << "line feeds, no trailing blank";
+    EXPECT_EQ("A", value(Item_ID)) << "the first of two wins";
+    EXPECT_EQ("one\ntwo\nthree", value(Nomenclature)) << "line feeds, no trailing blank";
     EXPECT_EQ("<absent>", value("stray line"));
     EXPECT_EQ(static_cast<long long>(text.size()), pos);
-    EXPECT_EQ(std::to_string(text.find(shapes) + 9), value("Shapes"));
+    EXPECT_EQ(std::to_string(text.find(shapes) + 9), value(Shapes));
     for (int read = 0; read < 2; ++read) {
         long long at = 0;
-        EXPECT_EQ(1, Access::readBlockCount(reader, map, "Shapes", at));
-        auto list = Access::getBaliseValueListByName(reader, at, "SR", at);
+        EXPECT_EQ(1, Access::readBlockCount(reader, map, Shapes, at));
+        auto list = Access::getBaliseValueListByName(reader, at, SR, at);
         ASSERT_EQ(2, list->size());
         EXPECT_EQ("s2", (*list)[1].ToLatin1());
     }
@@ -240,11 +244,11 @@ TEST_F(ReaderDriver, EntryMapKeepsLeafTextAndBlockPositions) {
 }
 
 TEST_F(ReaderDriver, ShapeListsAreNumberedAcrossComponents) {
-    const std::string text = count(2) + leaf("ComponentName", "A") +
-                             element("Shapes", count(2) + element("SR", "a1\na2\n") + element("SR", "b1\n")) +
-                             leaf("ComponentName", "B") +
+    const std::string text = count(2) + leaf(ComponentName, "A") +
+                             element(Shapes, count(2) + element(SR, "a1\na2\n") + element(SR, "b1\n")) +
+                             leaf(ComponentName, "B") +
                              // The count promises more lists than there are.
-                             element("Shapes", count(1000000) + element("SR", "c1\n")) + "</Components>\nafter\n";
+                             element(Shapes, count(1000000) + element(SR, "c1\n")) + "</Components>\nafter\n";
     QELXMLToDM reader(writeAnswer("components.xml", text).c_str());
     ASSERT_EQ(0, Access::openFile(reader));
     TYPMapIntPVoid* components = nullptr;
@@ -294,17 +298,18 @@ TEST_F(ReaderDriver, BadAnswersEndWithAJournalLineOrDoNothing) {
         {"count far larger", answer(1000000, occurrenceEntry(occ)), "1000000 entries announced, 1 found", 1, false},
         {"count larger, root not closed", unclosedRoot, "3 entries announced, 1 found", 1, false},
         {"block count far larger", answer(1, occurrenceEntry(occ, "U", 1000000)), "LinkedDocs holds fewer", 1, false},
-        {"block without closing line", answer(1, entry("CATPart", leaf("POINTER_ADDRESS", occ) + "<LinkedDocs>\n")),
+        {"block without closing line", answer(1, entry(CATPart, leaf(POINTER_ADDRESS, occ) + "<LinkedDocs>\n")),
          "Unexpected end of file", 0, false},
         {"Item_Info without closing line",
-         answer(2, element("CATPart", "<Item_Info>\n" + leaf("POINTER_ADDRESS", occ)) + occurrenceEntry(occ)),
+         answer(2, element(CATPart, "<Item_Info>\n" + leaf(POINTER_ADDRESS, occ)) + occurrenceEntry(occ)),
          "</Item_Info> is missing", 1, false},
-        {"entry without Item_Info", answer(2, element("CATPart", leaf("Other", "x")) + occurrenceEntry(occ)),
+        {"entry without Item_Info", answer(2, element(CATPart, leaf("Other", "x")) + occurrenceEntry(occ)),
          "Entry 1 <CATPart> holds no Item_Info", 1, false},
-        {"element without value line", answer(1, entry("CATPart", leaf("POINTER_ADDRESS", occ) + "<Occ_UID>\n</Occ_UID>\n")),
-         "Unexpected end of file", 0, false},
-        {"forged pointer", answer(1, occurrenceEntry("NOT-A-HANDLE")), "POINTER_ADDRESS [NOT-A-HANDLE] designates no", 0,
+        {"element without value line",
+         answer(1, entry(CATPart, leaf(POINTER_ADDRESS, occ) + "<Occ_UID>\n</Occ_UID>\n")), "Unexpected end of file", 0,
          false},
+        {"forged pointer", answer(1, occurrenceEntry("NOT-A-HANDLE")), "POINTER_ADDRESS [NOT-A-HANDLE] designates no",
+         0, false},
         {"stale pointer", answer(1, occurrenceEntry(stale)), "designates no component", 0, false},
         {"line of 100000 characters", answer(1, occurrenceEntry(occ, std::string(100000, 'v'))), nullptr, 1, false},
         {"CR LF", valid, nullptr, 1, true},
@@ -370,9 +375,9 @@ TEST_F(ReaderDriver, AnswersOneLineOffOrMalformedAreReadSafely) {
     std::string nested;
     for (int i = 0; i < 1000; ++i) nested = element("Deep", nested.empty() ? leaf("Leaf", "v") : nested);
     std::string nestedEntries = occurrenceEntry(occ);
-    for (int i = 0; i < 1000; ++i) nestedEntries = element("CATPart", nestedEntries);
-    std::string nestedBlocks = count(1) + leaf("Attribut", "Drawing.CATDrawing");
-    for (int i = 0; i < 1000; ++i) nestedBlocks = element("LinkedDocs", nestedBlocks);
+    for (int i = 0; i < 1000; ++i) nestedEntries = element(CATPart, nestedEntries);
+    std::string nestedBlocks = count(1) + leaf(Attribut, "Drawing.CATDrawing");
+    for (int i = 0; i < 1000; ++i) nestedBlocks = element(LinkedDocs, nestedBlocks);
 
     struct Case {
         std::string name;
@@ -398,14 +403,13 @@ TEST_F(ReaderDriver, AnswersOneLineOffOrMalformedAreReadSafely) {
     cases.push_back({"Item_Info closed by the entry's tag", replaced("</Item_Info>", "</CATPart>")});
     cases.push_back({"block closed by another block", replaced("</LinkedDocs>", "</Sheets>")});
     cases.push_back({"root closed by another tag", replaced("</DESCFILE>", "</Options>")});
-    cases.push_back({"a thousand nested unknown elements",
-                     answer(1, entry("CATPart", leaf("POINTER_ADDRESS", occ) + nested))});
+    cases.push_back(
+        {"a thousand nested unknown elements", answer(1, entry(CATPart, leaf(POINTER_ADDRESS, occ) + nested))});
     cases.push_back({"a thousand nested entries", answer(1, nestedEntries)});
-    cases.push_back({"a thousand nested Item_Info", answer(1, element("CATPart", element("Item_Info", nested)))});
+    cases.push_back({"a thousand nested Item_Info", answer(1, element(CATPart, element(Item_Info, nested)))});
     cases.push_back({"a thousand nested blocks",
-                     answer(1, entry("CATPart", leaf("POINTER_ADDRESS", occ) + leaf("Occ_UID", "OCC-NEW") + nestedBlocks))});
-    cases.push_back({"a million entries in ten lines",
-                     answer(1000000, entry("CATPart", leaf("POINTER_ADDRESS", occ)))});
+                     answer(1, entry(CATPart, leaf(POINTER_ADDRESS, occ) + leaf(Occ_UID, "OCC-NEW") + nestedBlocks))});
+    cases.push_back({"a million entries in ten lines", answer(1000000, entry(CATPart, leaf(POINTER_ADDRESS, occ)))});
 
     const auto begin = std::chrono::steady_clock::now();
     for (const Case& c : cases) {

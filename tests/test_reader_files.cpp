@@ -9,6 +9,7 @@
 
 #include "CV5CAAQELStacking.h"
 #include "QELXMLToDMUpdateAccess.h"
+#include "QELElementNames.h"
 
 using Access = QELXMLToDMUpdateAccess;
 using namespace reader_test;
@@ -29,7 +30,7 @@ protected:
         return doc;
     }
     void readExternals(const std::string& block) {
-        LoadedEntry entry("externals.xml", element("Externals", block));
+        LoadedEntry entry("externals.xml", element(QELElement::Externals, block));
         EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), QELSession::getInstance(), entry.map()));
     }
 };
@@ -68,9 +69,10 @@ TEST_F(ReaderFiles, ExternalListsShareOneCursorOverTheSessionDocuments) {
 TEST_F(ReaderFiles, ExternalSearchFollowsTheSessionDuringOneReading) {
     external("a", "a.txt");
     QELDocument* b = external("b", "b.txt");
-    LoadedEntry entry("externals_follow.xml", leaf("Old_File_Name", "b2.txt") +
-                                                  element("Externals", count(2) + attribut("b2.txt", "B2.txt") +
-                                                                           attribut("d.txt", "D.txt")));
+    LoadedEntry entry(
+        "externals_follow.xml",
+        leaf(QELElement::Old_File_Name, "b2.txt") +
+            element(QELElement::Externals, count(2) + attribut("b2.txt", "B2.txt") + attribut("d.txt", "D.txt")));
     QELSession* session = QELSession::getInstance();
     EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), session, entry.map()));
     EXPECT_FALSE(b->isPropertyExist("New_File_name"));
@@ -86,7 +88,7 @@ TEST_F(ReaderFiles, ExternalSearchFollowsTheSessionDuringOneReading) {
 TEST_F(ReaderFiles, ExternalBlockDefectsEndWithAJournalLine) {
     QELDocument* a = external("a", "a.txt");
     {
-        LoadedEntry entry("no_externals.xml", leaf("File_Name", "x"));
+        LoadedEntry entry("no_externals.xml", leaf(QELElement::File_Name, "x"));
         EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), QELSession::getInstance(), entry.map()));
         EXPECT_TRUE(JNLManager::contains("There is no Externals balise."));
     }
@@ -207,15 +209,28 @@ TEST_F(ReaderFiles, AnalysisListsAreReadUpToTheirCount) {
         const char* journal;
     } cases[] = {
         // Old lists are passed over; a count bounds its list.
-        {count(2) + element("AnalysisResultsFiles", count(2) + leaf("Attribut", "r1") + leaf("Attribut", "r2")) +
-             element("OldAnalysisResultsFiles", leaf("Attribut", "r1.old")) +
-             element("AnalysisComputeFiles", count(1) + leaf("Attribut", "c1") + leaf("Attribut", "extra")) +
+        {count(2) +
+             element(QELElement::AnalysisResultsFiles,
+                     count(2) + leaf(QELElement::Attribut, "r1") + leaf(QELElement::Attribut, "r2")) +
+             element("OldAnalysisResultsFiles", leaf(QELElement::Attribut, "r1.old")) +
+             element(QELElement::AnalysisComputeFiles,
+                     count(1) + leaf(QELElement::Attribut, "c1") + leaf(QELElement::Attribut, "extra")) +
              "</AnalysisFiles>\n",
-         true, {"r1", "r2"}, {"c1"}, nullptr},
-        {count(1) + element("AnalysisResultsFiles", count(5) + leaf("Attribut", "r1")) + "</AnalysisFiles>\n", true,
-         {"r1"}, {}, "AnalysisResultsFiles announces 5 elements but holds 1"},
+         true,
+         {"r1", "r2"},
+         {"c1"},
+         nullptr},
+        {count(1) + element(QELElement::AnalysisResultsFiles, count(5) + leaf(QELElement::Attribut, "r1")) +
+             "</AnalysisFiles>\n",
+         true,
+         {"r1"},
+         {},
+         "AnalysisResultsFiles announces 5 elements but holds 1"},
         // Neither the list nor the block is closed.
-        {count(1) + "<AnalysisComputeFiles>\n" + count(3) + leaf("Attribut", "c1"), false, {}, {"c1"},
+        {count(1) + "<AnalysisComputeFiles>\n" + count(3) + leaf(QELElement::Attribut, "c1"),
+         false,
+         {},
+         {"c1"},
          "ERROR: </AnalysisFiles> is missing in Desc"},
     };
     for (const auto& c : cases) {
@@ -223,8 +238,8 @@ TEST_F(ReaderFiles, AnalysisListsAreReadUpToTheirCount) {
         LoadedEntry entry("analysis.xml", "<AnalysisFiles>\n" + c.block);
         TYPVectorCATUnicodeString* results = nullptr;
         TYPVectorCATUnicodeString* computations = nullptr;
-        EXPECT_EQ(c.closed, Access::getValuesAndStoreAnalysisFiles(entry.reader(), entry.block("AnalysisFiles"),
-                                                                   results, computations));
+        EXPECT_EQ(c.closed, Access::getValuesAndStoreAnalysisFiles(
+                                entry.reader(), entry.block(QELElement::AnalysisFiles), results, computations));
         std::vector<std::string> r, k;
         for (const auto& s : *results) r.push_back(text(s));
         for (const auto& s : *computations) k.push_back(text(s));

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELStatus.h"
 
 #include <string>
@@ -18,7 +20,7 @@ namespace {
 
 std::string attributs(const std::vector<std::string>& values) {
     std::string out;
-    for (const auto& v : values) out += leaf("Attribut", v);
+    for (const auto& v : values) out += leaf(QELElement::Attribut, v);
     return out;
 }
 
@@ -41,7 +43,7 @@ protected:
         return path + "\n" + name + "\nx\n" + partNumber + "\nx\n" + modified + "\n" + mask + "\n";
     }
     void readSecondaries(const std::string& block) {
-        LoadedEntry entry("secondaries.xml", element("secondaries", block));
+        LoadedEntry entry("secondaries.xml", element(QELElement::secondaries, block));
         Access::readSecondariesAttributes(entry.reader(), m.partDocument, entry.map());
     }
 
@@ -71,9 +73,9 @@ TEST_F(ReaderMapping, NameValueBlocksAreReadInPairs) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         restart();
-        LoadedEntry entry("mapping.xml", element("Mapping_Attribut", c.block));
+        LoadedEntry entry("mapping.xml", element(QELElement::Mapping_Attribut, c.block));
         const long status = Access::updateMappingAttributs(entry.reader(), entry.map(), m.partDocument);
-        EXPECT_EQ(c.expected, strings(m.partDocument->getDynamicProperty("Mapping_Attribut")));
+        EXPECT_EQ(c.expected, strings(m.partDocument->getDynamicProperty(QELDocument::kMappingAttributes)));
         EXPECT_EQ(c.error ? QEL_E_FAIL : 0, status);
         ASSERT_EQ(c.error ? 1u : 0u, EMHManager::entries().size());
         if (c.error) {
@@ -92,7 +94,7 @@ TEST_F(ReaderMapping, NameValueBlocksAreReadInPairs) {
 }
 
 TEST_F(ReaderMapping, MissingArgumentsAreReportedWithTheirNames) {
-    LoadedEntry entry("args.xml", leaf("File_Name", "x"));
+    LoadedEntry entry("args.xml", leaf(QELElement::File_Name, "x"));
     EXPECT_EQ(QEL_E_FAIL, Access::updateMappingAttributs(entry.reader(), nullptr, m.partDocument));
     EXPECT_EQ(QEL_E_FAIL, Access::updateMappingAttributs(entry.reader(), entry.map(), nullptr));
     EXPECT_EQ(QEL_E_FAIL, Access::updateMappingInst(entry.reader(), entry.map(), nullptr));
@@ -108,8 +110,9 @@ TEST_F(ReaderMapping, MissingArgumentsAreReportedWithTheirNames) {
 TEST_F(ReaderMapping, SecondaryIsUpdatedOnceByTheFirstGroupNamingIt) {
     CV5CAAQELDocument* mesh = secondary("mesh", "Part.model");
     CV5CAAQELDocument* other = secondary("other", "Other.model");
-    readSecondaries(count(2) + element("secondary", group("C:\\work\\Part.model", "P-9.model", "PN-9", "1", "12")) +
-                    element("secondary", group("/tmp/Part.model", "late.model", "late", "0", "1")));
+    readSecondaries(count(2) +
+                    element(QELElement::secondary, group("C:\\work\\Part.model", "P-9.model", "PN-9", "1", "12")) +
+                    element(QELElement::secondary, group("/tmp/Part.model", "late.model", "late", "0", "1")));
     EXPECT_EQ("P-9.model", text(mesh->getStringProperty("New_File_name")));
     EXPECT_EQ("PN-9", text(mesh->getStringProperty("Part_Number")));
     EXPECT_TRUE(mesh->getBooleanProperty("Modified_Flag"));
@@ -123,8 +126,8 @@ TEST_F(ReaderMapping, SecondaryGroupsOfSevenOverlap) {
     // Fourteen lines make two groups, lines 0-6 and 1-7 (not 7-13): the
     // second group's path is the first group's new file name.
     CV5CAAQELDocument* renamed = secondary("renamed", "B.model");
-    readSecondaries(count(1000000) + element("secondary", group("A.model", "B.model", "PN-A", "0", "3") + "7\n" +
-                                                              group("C.model", "", "", "", "")));
+    readSecondaries(count(1000000) + element(QELElement::secondary, group("A.model", "B.model", "PN-A", "0", "3") +
+                                                                        "7\n" + group("C.model", "", "", "", "")));
     EXPECT_EQ("x", text(renamed->getStringProperty("New_File_name")));
     EXPECT_EQ("x", text(renamed->getStringProperty("Part_Number")));
     EXPECT_FALSE(renamed->getBooleanProperty("Modified_Flag"));
@@ -140,10 +143,10 @@ TEST_F(ReaderMapping, ItemIdentifiersFollowTheModifiedFlag) {
         const char* itemId;
         const char* itemRevId;
     } cases[] = {
-        {0, leaf("Item_ID", "I-2") + leaf("ItemRev_ID", "B"), 0, "I-2", "B"},
-        {-1, leaf("Item_ID", "I-2") + leaf("ItemRev_ID", "B"), 0, "I-1", "A"},
-        {1, leaf("ItemRev_ID", "B"), QEL_E_FAIL, "I-1", "A"},
-        {1, leaf("Item_ID", "I-2"), QEL_E_FAIL, "I-2", "A"},
+        {0, leaf(QELElement::Item_ID, "I-2") + leaf(QELElement::ItemRev_ID, "B"), 0, "I-2", "B"},
+        {-1, leaf(QELElement::Item_ID, "I-2") + leaf(QELElement::ItemRev_ID, "B"), 0, "I-1", "A"},
+        {1, leaf(QELElement::ItemRev_ID, "B"), QEL_E_FAIL, "I-1", "A"},
+        {1, leaf(QELElement::Item_ID, "I-2"), QEL_E_FAIL, "I-2", "A"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.children);
@@ -162,7 +165,8 @@ TEST_F(ReaderMapping, ItemIdentifiersFollowTheModifiedFlag) {
 TEST_F(ReaderMapping, MaskGoesToWhatTheEntryDesignates) {
     long status = 0;
     auto update = [&](const QELComponent* designated, const char* mask, const std::string& more = "") {
-        LoadedEntry entry("mask.xml", leaf("POINTER_ADDRESS", pointerOf(designated)) + leaf("Mask", mask) + more);
+        LoadedEntry entry("mask.xml", leaf(QELElement::POINTER_ADDRESS, pointerOf(designated)) +
+                                          leaf(QELElement::Mask, mask) + more);
         status = Access::updateDocumentForMaskManagement(entry.reader(), m.workspace, m.rootDocument, entry.map());
     };
     // A workspace, then the secondaries of its default document.
@@ -170,7 +174,8 @@ TEST_F(ReaderMapping, MaskGoesToWhatTheEntryDesignates) {
     mesh->addStringProperty("ShortFileName", "Root.model");
     m.rootDocument->addGRMDocumentLink("CATIA_secondary_Link_type", mesh);
     update(m.workspace, "9",
-           element("secondaries", count(1) + element("secondary", group("Root.model", "R.model", "PN", "1", "5"))));
+           element(QELElement::secondaries,
+                   count(1) + element(QELElement::secondary, group("Root.model", "R.model", "PN", "1", "5"))));
     EXPECT_EQ(9, m.workspace->getIntegerProperty("Mask"));
     EXPECT_EQ("R.model", text(mesh->getStringProperty("New_File_name")));
     // A document through its item; a secondary document itself; anything
@@ -198,7 +203,7 @@ TEST_F(ReaderMapping, MaskGoesToWhatTheEntryDesignates) {
     EXPECT_EQ("computeAndUpdateMaskProperty", EMHManager::entries()[1].detail);
     EXPECT_EQ("QELXMLToDM::updateDocumentForMaskManagement", EMHManager::entries()[1].function);
 
-    LoadedEntry entry("nopointer.xml", leaf("Mask", "1"));
+    LoadedEntry entry("nopointer.xml", leaf(QELElement::Mask, "1"));
     EXPECT_EQ(QEL_E_FAIL, Access::updateDocumentForMaskManagement(entry.reader(), m.workspace, m.rootDocument, entry.map()));
     EXPECT_TRUE(JNLManager::contains("Cannot find balise POINTER_ADDRESS"));
 }

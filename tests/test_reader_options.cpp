@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string>
 
+#include "QELElementNames.h"
 #include "ScratchDir.h"
 #include "QELXMLToDMScannerAccess.h"
 #include "ReaderAnswerSupport.h"
@@ -24,8 +25,9 @@ protected:
         EXPECT_FALSE(QELXMLToDMScannerAccess::isOpen(reader));
     }
     std::string flagged(const QELComponent* component, const std::string& flags) const {
-        return entry("CATPart", leaf("POINTER_ADDRESS", pointerOf(component)) + leaf("Item_ID", "ID") +
-                                    leaf("ItemRev_ID", "B") + flags);
+        return entry(QELElement::CATPart, leaf(QELElement::POINTER_ADDRESS, pointerOf(component)) +
+                                              leaf(QELElement::Item_ID, "ID") + leaf(QELElement::ItemRev_ID, "B") +
+                                              flags);
     }
 
     SmallModel model;
@@ -42,7 +44,8 @@ TEST_F(ReaderOptions, AnOptionIsOnWhenItsValueReadsAsOne) {
         SCOPED_TRACE(run);
         model.session->release();
         model.partDocument->addIntegerProperty("Update_Flag", -1);
-        read(answer(1, flagged(model.occurrence, leaf("Update_Flag", "3")), element("Options", options), run & 1),
+        read(answer(1, flagged(model.occurrence, leaf(QELElement::Update_Flag, "3")),
+                    element(QELElement::Options, options), run & 1),
              run & 2);
         for (size_t i = 0; i < std::size(cases); ++i) {
             const CATUnicodeString name(("Option" + std::to_string(i)).c_str());
@@ -57,11 +60,12 @@ TEST_F(ReaderOptions, AnOptionIsOnWhenItsValueReadsAsOne) {
 
 TEST_F(ReaderOptions, EntryFlagsGoToTheComponentTheDocumentAndTheSession) {
     const int workspaces = model.session->getWorkSpaceCount();
-    read(answer(3, flagged(model.occurrence, leaf("Read_ActiveShapes", "1") + leaf("Update_Flag", "3") +
-                                                 leaf("Calcul_Flag", "1") + leaf("ComputeGeo", "1")) +
-                       flagged(model.workspace, leaf("Read_ActiveShapes", "0") + leaf("Update_Flag", "5") +
-                                                    leaf("Calcul_Flag", "0") + leaf("ComputeGeo", "1")) +
-                       entry("CATProduct", leaf("Parent_ItemRev_UID", "ERROR"))));
+    read(answer(
+        3, flagged(model.occurrence, leaf(QELElement::Read_ActiveShapes, "1") + leaf(QELElement::Update_Flag, "3") +
+                                         leaf(QELElement::Calcul_Flag, "1") + leaf(QELElement::ComputeGeo, "1")) +
+               flagged(model.workspace, leaf(QELElement::Read_ActiveShapes, "0") + leaf(QELElement::Update_Flag, "5") +
+                                            leaf(QELElement::Calcul_Flag, "0") + leaf(QELElement::ComputeGeo, "1")) +
+               entry(QELElement::CATProduct, leaf(QELElement::Parent_ItemRev_UID, "ERROR"))));
 
     EXPECT_TRUE(model.occurrence->getBooleanProperty("Read_ActiveShapes"));
     EXPECT_EQ(3, model.partDocument->getIntegerProperty("Update_Flag"));
@@ -87,8 +91,9 @@ TEST_F(ReaderOptions, FailuresAreReportedAndStopOrSkipAsTheyShould) {
     auto* orphan = QELModelHeap::adopt(new CV5CAAQELAbsoluteOccurrence("OCC-2", "Orphan.1", model.workspace));
     auto* bare = QELModelHeap::adopt(new CV5CAAQELWorkSpace());
     bare->linkDocument(model.partDocument);
-    const std::string good = flagged(model.occurrence, leaf("Update_Flag", "3"));
-    const std::string pointerOnly = leaf("POINTER_ADDRESS", pointerOf(model.occurrence)) + leaf("Update_Flag", "3");
+    const std::string good = flagged(model.occurrence, leaf(QELElement::Update_Flag, "3"));
+    const std::string pointerOnly =
+        leaf(QELElement::POINTER_ADDRESS, pointerOf(model.occurrence)) + leaf(QELElement::Update_Flag, "3");
     struct Case {
         const char* name;
         std::string text; // "-": no file
@@ -99,14 +104,15 @@ TEST_F(ReaderOptions, FailuresAreReportedAndStopOrSkipAsTheyShould) {
         {"missing file", "-", "Error while opening desc.xml file", nullptr, false},
         {"second line", std::string(kDeclaration) + "<DESC>\n" + count(1) + good, "Cannot found balise <DESCFILE>",
          nullptr, false},
-        {"entry without Item_Info", answer(2, element("CATPart", leaf("Other", "x")) + good), "Error while reading file",
-         nullptr, false},
+        {"entry without Item_Info", answer(2, element(QELElement::CATPart, leaf("Other", "x")) + good),
+         "Error while reading file", nullptr, false},
         {"occurrence without item", answer(2, flagged(orphan, "") + good), nullptr, "p_item", true},
         {"workspace without item", answer(2, flagged(bare, "") + good), nullptr, "p_item", true},
         {"component typed COMP", answer(1, good), nullptr, nullptr, false},
-        {"identifiers missing", answer(1, entry("CATPart", pointerOnly)), "Impossible to read and update the Item/ItemRev",
-         nullptr, true},
-        {"forged pointer", answer(2, entry("CATPart", leaf("POINTER_ADDRESS", "FFFFFFFFFFFFFFFF")) + good),
+        {"identifiers missing", answer(1, entry(QELElement::CATPart, pointerOnly)),
+         "Impossible to read and update the Item/ItemRev", nullptr, true},
+        {"forged pointer",
+         answer(2, entry(QELElement::CATPart, leaf(QELElement::POINTER_ADDRESS, "FFFFFFFFFFFFFFFF")) + good),
          "designates no component", nullptr, true},
         {"count far larger", answer(1000000, good), "1000000 entries announced, 1 found", nullptr, true},
         {"truncated entry", answer(1, good).substr(0, answer(1, good).find("</Update_Flag>")), "Unexpected end of file",

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "QELElementNames.h"
 #include "QELStatus.h"
 
 #include <string>
@@ -165,10 +166,10 @@ TEST(ReaderBlockCount, TwoReadsFromTheStoredPositionAgree) {
     ASSERT_EQ(0, Access::openFile(reader));
     TYPMapCATUnicodeStringPVoid map;
     CATUnicodeString sheets("9");
-    map.insert("Sheets", &sheets);
+    map.insert(QELElement::Sheets, &sheets);
     for (int read = 0; read < 2; ++read) {
         long long pos = -1;
-        EXPECT_EQ(3, Access::readBlockCount(reader, &map, "Sheets", pos));
+        EXPECT_EQ(3, Access::readBlockCount(reader, &map, QELElement::Sheets, pos));
         EXPECT_EQ(static_cast<long long>(text.size() - 10), pos);
     }
 }

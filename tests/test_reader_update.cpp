@@ -7,14 +7,20 @@
 #include <string>
 #include <vector>
 
+#include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELFile.h"
 #include "QELLink.h"
 #include "QELXMLToDMUpdateAccess.h"
+#include "QELLinkType.h"
 
 using Access = QELXMLToDMUpdateAccess;
 using namespace reader_test;
 
 namespace {
+
+// The element names, unqualified: the answers below read as their lines do.
+using namespace QELElement;
 
 std::string lines(const std::vector<std::string>& values) {
     std::string out;
@@ -27,12 +33,11 @@ QELFile* fileOf(QELDocument* document) {
     return files ? static_cast<QELFile*>(files->first()) : nullptr;
 }
 
-const std::string kAllKeys =
-    leaf("Occ_UID", "OCC-9") + leaf("Occ_CreatedFlag", "1") + leaf("InstanceName", "Part.9") +
-    leaf("Part_Number", "PN-2") + leaf("ItemRev_UID", "UID-9") + leaf("Update_Flag", "3") + leaf("Check_Action", "7") +
-    leaf("DST_UID", "DST-9") + leaf("Old_File_Name", "Old.CATPart") + leaf("File_Name", "New.CATPart") +
-    leaf("File_Version", "CATPartV5") + leaf("Synchronize_Flag", "2") + leaf("Type", "CatalogCompScrew") +
-    leaf("Mask", "5");
+const std::string kAllKeys = leaf(Occ_UID, "OCC-9") + leaf(Occ_CreatedFlag, "1") + leaf(InstanceName, "Part.9") +
+                             leaf(Part_Number, "PN-2") + leaf(ItemRev_UID, "UID-9") + leaf(Update_Flag, "3") +
+                             leaf(Check_Action, "7") + leaf(DST_UID, "DST-9") + leaf(Old_File_Name, "Old.CATPart") +
+                             leaf(File_Name, "New.CATPart") + leaf(File_Version, "CATPartV5") +
+                             leaf(Synchronize_Flag, "2") + leaf(Type, "CatalogCompScrew") + leaf(Mask, "5");
 
 class ReaderUpdate : public ReaderTest {
 protected:
@@ -96,7 +101,7 @@ TEST_F(ReaderUpdate, KeysReachTheirOwnersUnlessBrokenOrForeign) {
         m.occurrence->addBooleanProperty("IsBrokenIcon", c.broken);
         if (c.foreign) m.partDocument->addStringProperty("IsAForeignFile", "FF");
         ENVManager::setManageForeignFilesOnSave(c.foreignManaged);
-        const std::string mapping = element("Mapping_Attribut", count(2) + leaf("Attribut", "k") + leaf("Attribut", "v"));
+        const std::string mapping = element(Mapping_Attribut, count(2) + leaf(Attribut, "k") + leaf(Attribut, "v"));
         update(m.occurrence, kAllKeys + mapping, c.crlf);
 
         // Always taken.
@@ -113,7 +118,7 @@ TEST_F(ReaderUpdate, KeysReachTheirOwnersUnlessBrokenOrForeign) {
         EXPECT_EQ(!c.limited, m.partItem->getBooleanProperty("CatalogComp"));
         // Only a foreign file stops before the blocks.
         const bool stopped = c.foreign && c.limited;
-        EXPECT_EQ(stopped, m.partDocument->getDynamicProperty("Mapping_Attribut") == nullptr);
+        EXPECT_EQ(stopped, m.partDocument->getDynamicProperty(QELDocument::kMappingAttributes) == nullptr);
         EXPECT_EQ(stopped, JNLManager::contains("current object is a foreign file, stop here update of properties"));
     }
 }
@@ -121,8 +126,8 @@ TEST_F(ReaderUpdate, KeysReachTheirOwnersUnlessBrokenOrForeign) {
 TEST_F(ReaderUpdate, UpdateFlagIsTakenOncePerDocument) {
     auto* second = QELModelHeap::adopt(new CV5CAAQELAbsoluteOccurrence("OCC-2", "Part.2", m.workspace));
     second->linkItem(m.partItem);
-    update(m.occurrence, leaf("Update_Flag", "3"));
-    update(second, leaf("Update_Flag", "5"));
+    update(m.occurrence, leaf(Update_Flag, "3"));
+    update(second, leaf(Update_Flag, "5"));
     EXPECT_EQ(3, m.partDocument->getIntegerProperty("Update_Flag"));
 }
 
@@ -142,16 +147,16 @@ TEST_F(ReaderUpdate, CheckActionOnlyInSavesAndOnlyWhileUnset) {
         PROCManager::setIsCommandSave(false);
         c.command(true);
         if (c.before != -1) m.partDocument->addIntegerProperty("Check_Action", c.before);
-        update(m.occurrence, leaf("Check_Action", "7"));
+        update(m.occurrence, leaf(Check_Action, "7"));
         EXPECT_EQ(c.after, m.partDocument->getIntegerProperty("Check_Action"));
     }
 }
 
 TEST_F(ReaderUpdate, CatalogCompIsAPrefixTestOfType) {
     const std::pair<std::string, bool> cases[] = {
-        {leaf("Type", "CatalogComp"), true},  {leaf("Type", "CatalogCompFastener"), true},
-        {leaf("Type", "CatalogCom"), false},  {leaf("Type", "catalogcomp"), false},
-        {leaf("Type", "XCatalogComp"), false}, {leaf("Nomenclature", "no Type"), false},
+        {leaf(Type, "CatalogComp"), true},   {leaf(Type, "CatalogCompFastener"), true},
+        {leaf(Type, "CatalogCom"), false},   {leaf(Type, "catalogcomp"), false},
+        {leaf(Type, "XCatalogComp"), false}, {leaf(Nomenclature, "no Type"), false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.first);
@@ -175,7 +180,7 @@ TEST_F(ReaderUpdate, RefusedEntriesEndWithTheirJournalLine) {
         {m.partDocument, "current component is not a workspace neither an absolute"},
     };
     for (const auto& c : cases) {
-        update(c.first, leaf("Part_Number", "PN-2"));
+        update(c.first, leaf(Part_Number, "PN-2"));
         EXPECT_TRUE(JNLManager::contains(c.second)) << c.second;
     }
     EXPECT_EQ("PN-1", text(m.partItem->getStringProperty("Part_Number")));
@@ -186,21 +191,21 @@ TEST_F(ReaderUpdate, StagingPathFollowsTheActiveWorkspaceItem) {
     ENVManager::setCatalogPath("/catalog/");
     ENVManager::setFilesDirectory("/files/");
     CV5CAAQELSession* host = CV5CAAQELSession::getCATIASessionInstance();
-    update(m.workspace, leaf("Nomenclature", "x"));
+    update(m.workspace, leaf(Nomenclature, "x"));
     EXPECT_EQ("/files/", text(host->getStagingPath()));
     m.rootItem->setIsCatalogComp(1);
-    update(m.workspace, leaf("Nomenclature", "x"));
+    update(m.workspace, leaf(Nomenclature, "x"));
     EXPECT_EQ("/catalog/", text(host->getStagingPath()));
     host->setStagingPath("");
     m.workspace->setActiveWorkspace(0);
-    update(m.workspace, leaf("Nomenclature", "x"));
+    update(m.workspace, leaf(Nomenclature, "x"));
     EXPECT_EQ("", text(host->getStagingPath()));
 }
 
 // ---- blocks -------------------------------------------------------------------------
 
 TEST_F(ReaderUpdate, AuxiliariesUseASlidingPair) {
-    const std::string block = element("Auxiliaries", count(1) + element("Attribut", lines({"a", "b", "c", "d"})));
+    const std::string block = element(Auxiliaries, count(1) + element(Attribut, lines({"a", "b", "c", "d"})));
     m.occurrence->addIntegerProperty("Modified_Flag", -1);
     update(m.occurrence, block);
     EXPECT_EQ(nullptr, m.session->getDocument("b"));
@@ -236,7 +241,7 @@ TEST_F(ReaderUpdate, ShapeListsAreReadInOverlappingGroupsOfSix) {
     const std::string twelve =
         lines({"", "env.cgr", "envelope", "DST-1", "NR-1", "true", "", "x.cgr", "X", "DST-X", "NR-X", "false"});
     const std::string again = lines({"", "late.cgr", "Envelope", "DST-L", "NR-L", "true"});
-    update(m.occurrence, element("Shapes", count(2) + element("SR", twelve) + element("SR", again)));
+    update(m.occurrence, element(Shapes, count(2) + element(SR, twelve) + element(SR, again)));
     EXPECT_EQ("env.cgr", text((*links)[0]->getStringProperty("ShortFileName")));
     EXPECT_EQ("DST-1", text(envelope->getStringProperty("DST_UID")));
     EXPECT_EQ("envelope", text((*links)[1]->getStringProperty("ShortFileName")));
@@ -249,9 +254,9 @@ TEST_F(ReaderUpdate, ComponentShapesAreFoundByComponentName) {
     QELDocument* shape = bracket->addComponentShapeRepresentation("Simplified", "bracket.cgr");
     m.partDocument->linkComponentAbsoluteOccurrence(bracket);
     const std::string shapes =
-        element("Shapes", count(1) + element("SR", lines({"", "bracket_v2.cgr", "Simplified", "DST-B", "NR", "false"})));
-    update(m.occurrence, element("Components", count(2) + leaf("ComponentName", "Bracket") + shapes +
-                                                   leaf("ComponentName", "Unknown") + shapes));
+        element(Shapes, count(1) + element(SR, lines({"", "bracket_v2.cgr", "Simplified", "DST-B", "NR", "false"})));
+    update(m.occurrence, element(Components, count(2) + leaf(ComponentName, "Bracket") + shapes +
+                                                 leaf(ComponentName, "Unknown") + shapes));
     std::unique_ptr<TYPVectorPQELLink> links(bracket->getLinkedComponentShapeRepresentations());
     ASSERT_NE(nullptr, links);
     EXPECT_EQ("bracket_v2.cgr", text((*links)[0]->getStringProperty("ShortFileName")));
@@ -261,8 +266,8 @@ TEST_F(ReaderUpdate, ComponentShapesAreFoundByComponentName) {
 
 TEST_F(ReaderUpdate, ActiveShapesAreReadInPairsInTheSynchronizeCommand) {
     // NBElements 3 reads one pair.
-    const std::string block = element("ActivateShapes", count(3) + leaf("Attribut", "Light") + leaf("Attribut", "1") +
-                                                            leaf("Attribut", "Heavy"));
+    const std::string block =
+        element(ActivateShapes, count(3) + leaf(Attribut, "Light") + leaf(Attribut, "1") + leaf(Attribut, "Heavy"));
     const struct {
         bool synchronize;
         int maj;
@@ -281,11 +286,11 @@ TEST_F(ReaderUpdate, AnalysisFilesArePairedOnlyWhenTheCountsAgree) {
     m.occurrence->addDynamicProperty("AnalysisResult", "/r/a.res", "stress", false);
     m.occurrence->addDynamicProperty("AnalysisResult", "/r/b.res", "modes", false);
     m.occurrence->addDynamicProperty("AnalysisComputation", "/c/x.cmp", "solver", false);
-    const std::string results = count(2) + leaf("Attribut", "A.res") + leaf("Attribut", "B.res");
-    const std::string computations = count(2) + leaf("Attribut", "X1.cmp") + leaf("Attribut", "X2.cmp");
-    update(m.occurrence, element("AnalysisFiles", count(2) + element("AnalysisResultsFiles", results) +
-                                                      element("OldAnalysisResultsFiles", leaf("Attribut", "a.res")) +
-                                                      element("AnalysisComputeFiles", computations)));
+    const std::string results = count(2) + leaf(Attribut, "A.res") + leaf(Attribut, "B.res");
+    const std::string computations = count(2) + leaf(Attribut, "X1.cmp") + leaf(Attribut, "X2.cmp");
+    update(m.occurrence, element(AnalysisFiles, count(2) + element(AnalysisResultsFiles, results) +
+                                                    element("OldAnalysisResultsFiles", leaf(Attribut, "a.res")) +
+                                                    element(AnalysisComputeFiles, computations)));
     EXPECT_EQ((std::vector<std::string>{"/r/a.res", "A.res", "/r/b.res", "B.res"}),
               strings(m.occurrence->getDynamicProperty("FinalAnalysisResultsFiles")));
     EXPECT_EQ(nullptr, m.occurrence->getDynamicProperty("FinalAnalysisComputeFiles"));
@@ -298,7 +303,7 @@ TEST_F(ReaderUpdate, DesignTableFilesFollowTheDesignTableLinks) {
         tables.back()->setType(EnumDocumentType_DesignTable);
         m.partDocument->addGRMDocumentLink("catdesigntable", tables.back());
     }
-    update(m.occurrence, element("DesignTable_File", count(2) + leaf("Attribut", "S.xls") + leaf("Attribut", "O.xls")));
+    update(m.occurrence, element(DesignTable_File, count(2) + leaf(Attribut, "S.xls") + leaf(Attribut, "O.xls")));
     EXPECT_EQ("S.xls", text(tables[0]->getStringProperty("ShortFileName")));
     EXPECT_EQ("S.xls", text(fileOf(tables[0])->getStringProperty("File_Name")));
     EXPECT_EQ("O.xls", text(tables[1]->getStringProperty("ShortFileName")));
@@ -309,14 +314,14 @@ TEST_F(ReaderUpdate, BadBlocksEndWithAJournalLine) {
         std::string children;
         const char* journal;
     } cases[] = {
-        {element("Auxiliaries", count(1000000) + element("Attribut", lines({"a", "b"}))),
+        {element(Auxiliaries, count(1000000) + element(Attribut, lines({"a", "b"}))),
          "Auxiliaries announces 1000000 elements but holds 1"},
-        {element("ActivateShapes", count(2) + leaf("Attribut", "Light")),
+        {element(ActivateShapes, count(2) + leaf(Attribut, "Light")),
          "ActivateShapes announces 2 elements but holds 1"},
-        {element("DesignTable_File", count(3) + leaf("Attribut", "S.xls")),
+        {element(DesignTable_File, count(3) + leaf(Attribut, "S.xls")),
          "DesignTable_File announces 3 elements but holds 1"},
         // Cut by the end of the file: the block, then a list inside it.
-        {"<Auxiliaries>\n" + count(4) + element("Attribut", lines({"a", "b"})),
+        {"<Auxiliaries>\n" + count(4) + element(Attribut, lines({"a", "b"})),
          "Auxiliaries announces 4 elements but holds 1"},
         {"<Shapes>\n" + count(2) + "<SR>\n\nf\n", "Shapes announces 2 elements but holds 1"},
     };
@@ -335,9 +340,9 @@ TEST_F(ReaderUpdate, BadBlocksEndWithAJournalLine) {
 TEST_F(ReaderUpdate, DocumentEntriesTakeTheDocumentKeysOnly) {
     m.partItem->addStringProperty("Old_Part_Number", "kept");
     const std::string children =
-        leaf("Part_Number", "PN-C") + leaf("ItemRev_UID", "UID-C") + leaf("Occ_UID", "OCC-C") +
-        leaf("Check_Action", "7") + leaf("File_Name", "Cat.CATPart") +
-        element("Mapping_Attribut", count(2) + leaf("Attribut", "colour") + element("Attribut", "dark\nred\n"));
+        leaf(Part_Number, "PN-C") + leaf(ItemRev_UID, "UID-C") + leaf(Occ_UID, "OCC-C") + leaf(Check_Action, "7") +
+        leaf(File_Name, "Cat.CATPart") +
+        element(Mapping_Attribut, count(2) + leaf(Attribut, "colour") + element(Attribut, "dark\nred\n"));
     // A catalog component's mapping is read for a foreign file only.
     for (bool foreign : {false, true}) {
         if (foreign) m.partDocument->addStringProperty("IsAForeignFile", "FF");
@@ -352,7 +357,7 @@ TEST_F(ReaderUpdate, DocumentEntriesTakeTheDocumentKeysOnly) {
         // A value over two lines keeps the scanner's line feed and trailing blank.
         const std::vector<std::string> mapping = {"colour", "dark\nred "};
         EXPECT_EQ(foreign ? mapping : std::vector<std::string>(),
-                  strings(m.partDocument->getDynamicProperty("Mapping_Attribut")));
+                  strings(m.partDocument->getDynamicProperty(QELDocument::kMappingAttributes)));
     }
 
     // A plain design table document: its item is the one it is filed under,
@@ -360,13 +365,14 @@ TEST_F(ReaderUpdate, DocumentEntriesTakeTheDocumentKeysOnly) {
     QELDocument* table = m.partDocument->addDesignTable("Sizes", "Sizes.xls");
     table->setType(EnumDocumentType_DesignTable);
     auto* owner = QELModelHeap::adopt(new QELItem("Sizes item"));
-    table->linkItem("LINKNAME_PARENT", owner);
-    LoadedEntry entry("dt.xml", leaf("Part_Number", "DT-1") +
-                                    element("Mapping_Attribut", count(2) + leaf("Attribut", "rows") +
-                                                                    leaf("Attribut", "12")));
+    table->linkItem(QELLinkType::LINKNAME_PARENT, owner);
+    LoadedEntry entry("dt.xml",
+                      leaf(Part_Number, "DT-1") +
+                          element(Mapping_Attribut, count(2) + leaf(Attribut, "rows") + leaf(Attribut, "12")));
     Access::updatePropertyDT(entry.reader(), table, entry.map());
     EXPECT_EQ("DT-1", text(owner->getStringProperty("Part_Number")));
-    EXPECT_EQ((std::vector<std::string>{"rows", "12"}), strings(table->getDynamicProperty("Mapping_Attribut")));
+    EXPECT_EQ((std::vector<std::string>{"rows", "12"}),
+              strings(table->getDynamicProperty(QELDocument::kMappingAttributes)));
 }
 
 } // namespace

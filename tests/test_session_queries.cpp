@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "QELLinkType.h"
 #include "QELStatus.h"
 
 #include <memory>
@@ -133,7 +134,8 @@ TEST_F(SessionQueries, CatalogLinksCarryTheWorkSpaceDocumentAndHideInvisibleDesi
     // A catalog workspace pointing at two items: one holds a visible design
     // table, the other a hidden one.
     auto* catalogItem = QELModelHeap::adopt(new QELItem("Catalog"));
-    QELDocument* catalog = catalogItem->createDocument("LINKNAME_CHILD", EnumDocumentType_Catalog, "Std.catalog");
+    QELDocument* catalog =
+        catalogItem->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Catalog, "Std.catalog");
     auto* ws = QELModelHeap::adopt(new QELWorkSpace());
     ws->set_Name("Std.catalog");
     ws->linkDocument(catalog);
@@ -141,8 +143,10 @@ TEST_F(SessionQueries, CatalogLinksCarryTheWorkSpaceDocumentAndHideInvisibleDesi
     ws->addIntegerProperty("FileType", 8);
     auto* shownItem = QELModelHeap::adopt(new QELItem("Shown table"));
     auto* hiddenItem = QELModelHeap::adopt(new QELItem("Hidden table"));
-    QELDocument* shown = shownItem->createDocument("LINKNAME_CHILD", EnumDocumentType_DesignTable, "Shown.xls");
-    QELDocument* hidden = hiddenItem->createDocument("LINKNAME_CHILD", EnumDocumentType_DesignTable, "Hidden.xls");
+    QELDocument* shown =
+        shownItem->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_DesignTable, "Shown.xls");
+    QELDocument* hidden =
+        hiddenItem->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_DesignTable, "Hidden.xls");
     shown->addBooleanProperty("IsDesignTableVisible", true);
     hidden->addBooleanProperty("IsDesignTableVisible", false);
     catalog->addGRMItemLink("CATIA_comp_catalog_link_type", shownItem);

@@ -16,6 +16,7 @@
 #include "QELDocument.h"
 #include "QELFile.h"
 #include "QELItem.h"
+#include "QELLinkType.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
 
@@ -31,8 +32,6 @@
 #endif
 
 namespace {
-
-const char* const kChild = "LINKNAME_CHILD";
 
 std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
 
@@ -94,14 +93,14 @@ protected:
     // An item holding a new document of that name, as the reader files it.
     QELItem* itemWithDocument(const char* itemName, const char* docName) {
         auto* item = owned.make<QELItem>(CATUnicodeString(itemName));
-        item->createDocument(kChild, EnumDocumentType_Part, docName);
+        item->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Part, docName);
         return item;
     }
 
     // An item holding `document` itself (documents of one name that differ).
     QELItem* itemWith(QELDocument* document, const char* itemName) {
         auto* item = owned.make<QELItem>(CATUnicodeString(itemName));
-        item->linkDocument(kChild, document);
+        item->linkDocument(QELLinkType::LINKNAME_CHILD, document);
         return item;
     }
 
@@ -329,9 +328,11 @@ TEST_F(WorkSpaceTest, DocumentsPointingFormsAreThoseWithSomethingUnderTheKey) {
     delete docs;
 }
 
-// Only models where every workspace document has a link of the name: without
-// one the operation does not return.
-TEST_F(WorkSpaceTest, PointedItemsListDocumentsThatArePrimaryOfAnItemLink) {
+// The documents primary of an item link of the name, one per name; a
+// document with no GRM link of the name at all used to hold the walk on
+// itself for ever: now the walk stops there, says so once, and answers what
+// it found before that document.
+TEST_F(WorkSpaceTest, PointedItemsListPrimariesOfAnItemLinkAndStopAtADocumentWithoutAny) {
     QELDocument root("Root.CATProduct", EnumDocumentType_Product);
     ws.linkDocument(&root);
     QELDocument drawing("Sheet.CATDrawing", EnumDocumentType_Drawing);
@@ -345,11 +346,30 @@ TEST_F(WorkSpaceTest, PointedItemsListDocumentsThatArePrimaryOfAnItemLink) {
     // Holds a link of the name, but not as primary of an item link.
     root.addGRMDocumentLink("DRAWING_OF_LINK", &onlySecondary);
 
-    TYPVectorPQELDocument* docs = nullptr;
-    EXPECT_EQ(0, ws.getWorkSpacePointedItemsByLink("DRAWING_OF_LINK", docs));
-    ASSERT_NE(nullptr, docs);
-    EXPECT_EQ((std::vector<std::string>{"Root.CATProduct", "Sheet.CATDrawing"}), namesOf(*docs));
-    delete docs;
+    auto pointed = [this](int expectedStatus) {
+        TYPVectorPQELDocument* docs = nullptr;
+        EXPECT_EQ(expectedStatus, ws.getWorkSpacePointedItemsByLink("DRAWING_OF_LINK", docs));
+        std::unique_ptr<TYPVectorPQELDocument> owned(docs);
+        return docs ? namesOf(*docs) : std::vector<std::string>{"(no vector)"};
+    };
+    EXPECT_EQ((std::vector<std::string>{"Root.CATProduct", "Sheet.CATDrawing"}), pointed(0));
+
+    QELDocument loose("Loose.CATPart", EnumDocumentType_Part);
+    addTop("L", 2, itemWith(&loose, "IL"));
+    TYPMapCATUnicodeStringPVoid* all = ws.getWorkspaceDocuments();
+    std::vector<std::string> before = keysOf(*all);
+    delete all;
+    const auto stop = std::find(before.begin(), before.end(), "Loose.CATPart");
+    ASSERT_NE(before.end(), stop);
+    before.erase(stop, before.end());
+    before.erase(std::remove(before.begin(), before.end(), "Notes.CATPart"), before.end());
+
+    JNLManager::clear();
+    EXPECT_EQ(before, pointed(-1));
+    const auto& lines = JNLManager::entries();
+    EXPECT_EQ(1, std::count_if(lines.begin(), lines.end(), [](const std::string& line) {
+                  return line.find("Loose.CATPart has no GRM link DRAWING_OF_LINK") != std::string::npos;
+              }));
 }
 
 // ---- dump ----------------------------------------------------------------------
@@ -400,7 +420,7 @@ struct LargeModel {
         for (int i = 0; i < 8; ++i) {
             auto* item = owned.make<QELItem>(
                 CATUnicodeString((prefix + "Part" + std::to_string(i)).c_str()));
-            item->createDocument(kChild, EnumDocumentType_Part,
+            item->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Part,
                                  (prefix + "Part" + std::to_string(i) + ".CATPart").c_str());
             partItems.push_back(item);
         }
@@ -408,7 +428,7 @@ struct LargeModel {
         for (int p = 0; static_cast<int>(occurrences.size()) < count; ++p) {
             std::string name = prefix + "P" + std::to_string(p);
             auto* item = owned.make<QELItem>(CATUnicodeString(("I" + name).c_str()));
-            item->createDocument(kChild, EnumDocumentType_Product, (name + ".CATProduct").c_str());
+            item->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Product, (name + ".CATProduct").c_str());
             auto* product = owned.make<QELAbsoluteOccurrence>(CATUnicodeString(name.c_str()),
                                                               CATUnicodeString(name.c_str()), &ws);
             product->addIntegerProperty("IndiceOfAbsolute", count - p);

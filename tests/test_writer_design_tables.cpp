@@ -5,7 +5,10 @@
 
 #include "CV5CAAQELDocument.h"
 #include "QELDMToXMLAssemblyAccess.h"
+#include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 
 using namespace assembly_test;
 typedef QELDMToXMLAssemblyAccess Access;
@@ -27,7 +30,7 @@ struct DesignTableModel {
         auto* item = QELModelHeap::adopt(new QELItem("Sizes"));
         item->addStringProperty("Part_Number", "DT-001");
         item->addStringProperty("ItemRev_UID", "IRU-1");
-        table->linkItem("LINKNAME_PARENT", item);
+        table->linkItem(QELLinkType::LINKNAME_PARENT, item);
         for (const char* p : {"DST_UID", "DST_Version", "Date_Last_Modification", "NamedRef_UID"}) {
             table->addStringProperty(p, std::string(p) + "-1");
         }
@@ -35,8 +38,8 @@ struct DesignTableModel {
         table->addStringProperty("Type", "Cgr");
         table->addIntegerProperty("MAJ", 0);
         table->addIntegerProperty("Modified_Flag", 1);
-        setStrings(table, "Mapping_Attribut", {"PartNumber", "DT-001"});
-        setStrings(table, "OEM_Mapping_Attribut", {"PartNumber", "DT-001"});
+        setStrings(table, QELDocument::kMappingAttributes, {"PartNumber", "DT-001"});
+        setStrings(table, QELDocument::kOEMMappingAttributes, {"PartNumber", "DT-001"});
         for (const char* array : {"Sheet", "Cfg", "CheckSum"}) table->addStringArrayProperty(array, "x");
         auto* external = QELModelHeap::adopt(new QELDocument("notes.txt"));
         external->addStringProperty("Doc_Old_File_Name", "notes.txt");
@@ -78,19 +81,29 @@ TEST_F(DesignTableWriterTest, BlockFollowsTheProcessRowByRow) {
         std::function<void()> setUp;
         std::string children;
     } cases[] = {
-        {[] { PROCManager::setIsCommandSave(true); PROCManager::setIsPhasePhase1(true); },
+        {[] {
+             PROCManager::setIsCommandSave(true);
+             PROCManager::setIsPhasePhase1(true);
+         },
          "POINTER_ADDRESS|" + head + "|Modified_Flag|Mapping_Attribut" + info}, // parents only on Save As
-        {[] { PROCManager::setIsCommandSaveAs(true); PROCManager::setIsPhasePhase1(true); },
+        {[] {
+             PROCManager::setIsCommandSaveAs(true);
+             PROCManager::setIsPhasePhase1(true);
+         },
          "POINTER_ADDRESS|Parent_Part_Number|Parent_Doc_Name|" + head + "|Modified_Flag|Mapping_Attribut" + info},
-        {[] { PROCManager::setIsCommandSaveSelected(true); PROCManager::setIsPhasePhase2(true); }, "Externals"},
+        {[] {
+             PROCManager::setIsCommandSaveSelected(true);
+             PROCManager::setIsPhasePhase2(true);
+         },
+         QELElement::Externals},
         {[] { PROCManager::setIsCommandCreateSpreadsheet(true); },
          "Parent_Part_Number|Parent_Doc_Name|" + head + "|Modified_Flag|Mapping_Attribut" + info},
-        {[] { PROCManager::setIsCommandImport(true); },
-         "POINTER_ADDRESS|Parent_Part_Number|Parent_Doc_Name|" + head + "|Modified_Flag|Mapping_Attribut|Externals" +
-             info},
+        {[] { PROCManager::setIsCommandImport(true); }, "POINTER_ADDRESS|Parent_Part_Number|Parent_Doc_Name|" + head +
+                                                            "|Modified_Flag|Mapping_Attribut|Externals" + info},
         {[] { PROCManager::setIsProcessStateDetailsFactory(true); }, head + "|Modified_Flag|Mapping_Attribut"},
         {[] {
-             PROCManager::setIsProcessStateDetailsFactory(true); PROCManager::setIsProcessStateDetails(true);
+             PROCManager::setIsProcessStateDetailsFactory(true);
+             PROCManager::setIsProcessStateDetails(true);
              ENVManager::setIsManageCatiaStatusInCatiaTree(true);
          },
          "POINTER_ADDRESS|" + head + "|Modified_Flag|IsDocSelected|Mapping_Attribut"},
@@ -98,7 +111,8 @@ TEST_F(DesignTableWriterTest, BlockFollowsTheProcessRowByRow) {
          "Part_Number|DST_UID|NamedRef_UID|ItemRev_UID|File_Name|File_Version|Check_Action|MAJ"},
         {[] { PROCManager::setIsProcessBRRSave(true); },
          "POINTER_ADDRESS|Part_Number|DST_UID|NamedRef_UID|ItemRev_UID|File_Name|File_Version|Check_Action|MAJ"
-         "|Modified_Flag|Mapping_Attribut" + info},
+         "|Modified_Flag|Mapping_Attribut" +
+             info},
     };
     DesignTableModel m;
     EXPECT_EQ(Lines(), m.describe()) << "no process";
@@ -109,8 +123,8 @@ TEST_F(DesignTableWriterTest, BlockFollowsTheProcessRowByRow) {
         ASSERT_GT(lines.size(), 2u) << c.children;
         EXPECT_EQ("<DesignTable>", lines.front());
         EXPECT_EQ("</DesignTable>", lines.back());
-        EXPECT_EQ(L(c.children), childElements(lines, "Item_Info"));
-        EXPECT_EQ(c.children != "Externals", has(lines, "<File_Version>|DesignTable|</File_Version>"));
+        EXPECT_EQ(L(c.children), childElements(lines, QELElement::Item_Info));
+        EXPECT_EQ(c.children != QELElement::Externals, has(lines, "<File_Version>|DesignTable|</File_Version>"));
     }
     resetAll();
     PROCManager::setIsProcessStateDetailsFactory(true);
@@ -123,7 +137,7 @@ TEST_F(DesignTableWriterTest, VersionBranchOnlyForExactlyZero) {
         bool lifeCycle;
         const char* expected;
     } cases[] = {{"0", false, "DST_Version|Date_Last_Modification"},
-                 {"0", true, "DST_Version"},
+                 {"0", true, QELElement::DST_Version},
                  {"00", false, "NamedRef_UID|ItemRev_UID"},
                  {"", false, "NamedRef_UID|ItemRev_UID"}};
     DesignTableModel m;
@@ -132,8 +146,9 @@ TEST_F(DesignTableWriterTest, VersionBranchOnlyForExactlyZero) {
         (c.lifeCycle ? PROCManager::setIsProcessLifeCycleFactory : PROCManager::setIsProcessBRRSave)(true);
         m.table->addStringProperty("Dat_File_Version", c.version);
         Lines branch;
-        for (const std::string& e : childElements(m.describe(), "Item_Info")) {
-            if (e == "DST_Version" || e == "Date_Last_Modification" || e == "NamedRef_UID" || e == "ItemRev_UID") {
+        for (const std::string& e : childElements(m.describe(), QELElement::Item_Info)) {
+            if (e == QELElement::DST_Version || e == QELElement::Date_Last_Modification ||
+                e == QELElement::NamedRef_UID || e == QELElement::ItemRev_UID) {
                 branch.push_back(e);
             }
         }
@@ -171,9 +186,10 @@ TEST_F(DesignTableWriterTest, MappingKeepsOnlyTheKnownNamesAndCountsStrings) {
     };
     DesignTableModel m;
     for (const auto& c : cases) {
-        setStrings(m.table, "OEM_Mapping_Attribut", c.pairs);
-        EXPECT_EQ(L(c.expected),
-                  written([&](QELDMToXML& w) { Access::designTableMapping(w, "OEM_Mapping_Attribut", m.table); }));
+        setStrings(m.table, QELDocument::kOEMMappingAttributes, c.pairs);
+        EXPECT_EQ(L(c.expected), written([&](QELDMToXML& w) {
+                      Access::designTableMapping(w, QELDocument::kOEMMappingAttributes, m.table);
+                  }));
     }
 }
 
@@ -214,7 +230,7 @@ TEST_F(DesignTableWriterTest, TableWithoutItemOrFileIsNotDescribed) {
     auto* noItem = QELModelHeap::adopt(new QELDocument("NoItem.xls", EnumDocumentType_DesignTable));
     noItem->createFile("catdesigntable", "NoItem.xls");
     auto* noFile = QELModelHeap::adopt(new QELDocument("NoFile.xls", EnumDocumentType_DesignTable));
-    noFile->linkItem("LINKNAME_PARENT", QELModelHeap::adopt(new QELItem("NoFile")));
+    noFile->linkItem(QELLinkType::LINKNAME_PARENT, QELModelHeap::adopt(new QELItem("NoFile")));
     EXPECT_EQ(Lines(), written([&](QELDMToXML& w) {
                   Access::designTable(w, noItem, nullptr, 0);
                   Access::designTable(w, noFile, nullptr, 0);

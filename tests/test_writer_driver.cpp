@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "QELElementNames.h"
 #include "QELStatus.h"
 
 #include <sys/stat.h>
@@ -62,7 +63,7 @@ public:
         return describe([session](QELDMToXML& w) { w.execute(session); });
     }
     static int announced(const std::vector<std::string>& out) {
-        auto values = valuesOf(out, "NBElements");
+        auto values = valuesOf(out, QELElement::NBElements);
         return values.empty() ? -1 : std::stoi(values[0]);
     }
     static bool countMismatchReported(const char* function) {

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "QELDMToXMLDocumentsAccess.h"
+#include "QELDocument.h"
+#include "QELElementNames.h"
 
 using namespace documents_test;
 using Access = QELDMToXMLDocumentsAccess;
@@ -43,10 +45,10 @@ TEST_F(FieldsTest, BrokenIconReadsError) {
         const char* value;
     };
     const std::vector<Case> cases = {
-        {"Item_ID", [&](QELDMToXML& w) { Access::writeItemID(w, item, component); }, "Bolt"},
-        {"ItemRev_UID", [&](QELDMToXML& w) { Access::writeItemRevUID(w, item, component); }, "REV-BLT-8"},
-        {"Part_Number", [&](QELDMToXML& w) { Access::writePartNumber(w, item, component); }, "BLT-8"},
-        {"File_Name", [&](QELDMToXML& w) { Access::writeFileName(w, file, component); }, "Bolt.CATPart"},
+        {QELElement::Item_ID, [&](QELDMToXML& w) { Access::writeItemID(w, item, component); }, "Bolt"},
+        {QELElement::ItemRev_UID, [&](QELDMToXML& w) { Access::writeItemRevUID(w, item, component); }, "REV-BLT-8"},
+        {QELElement::Part_Number, [&](QELDMToXML& w) { Access::writePartNumber(w, item, component); }, "BLT-8"},
+        {QELElement::File_Name, [&](QELDMToXML& w) { Access::writeFileName(w, file, component); }, "Bolt.CATPart"},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(run(false, c.call), leafLines(c.element, c.value));
@@ -56,13 +58,13 @@ TEST_F(FieldsTest, BrokenIconReadsError) {
     // The dataset a broken icon is known under stays; "ERROR" only stands in
     // for one the model does not know.
     auto dataset = [&](QELDMToXML& w) { Access::writeDatasetUID(w, document, component); };
-    EXPECT_EQ(run(true, dataset), leafLines("DST_UID", "DST-Bolt.CATPart"));
+    EXPECT_EQ(run(true, dataset), leafLines(QELElement::DST_UID, "DST-Bolt.CATPart"));
     document->addStringProperty("DST_UID", "");
-    EXPECT_EQ(run(true, dataset), leafLines("DST_UID", "ERROR"));
+    EXPECT_EQ(run(true, dataset), leafLines(QELElement::DST_UID, "ERROR"));
     EXPECT_TRUE(run(false, dataset).empty());
 
     auto namedRef = [&](QELDMToXML& w) { Access::writeNamedRefUID(w, document, component); };
-    EXPECT_EQ(run(false, namedRef), leafLines("NamedRef_UID", "NR-Bolt.CATPart"));
+    EXPECT_EQ(run(false, namedRef), leafLines(QELElement::NamedRef_UID, "NR-Bolt.CATPart"));
     EXPECT_TRUE(run(true, namedRef).empty());
     EXPECT_TRUE(JNLManager::contains("QELDMToXML::writeNamedRefUID : ip_component is a broken icon"));
 }
@@ -109,7 +111,7 @@ TEST_F(FieldsTest, WorkspaceHasNoParent) {
 
     // An occurrence's Parent_Comp is always written, "NO" when it has none.
     EXPECT_EQ(written([&](QELDMToXML& w) { Access::writeParentComp(w, component, 1); }),
-              leafLines("Parent_Comp", "NO"));
+              leafLines(QELElement::Parent_Comp, "NO"));
 }
 
 TEST_F(FieldsTest, TypeJoinsCatalogKindAndComponentType) {
@@ -141,7 +143,7 @@ TEST_F(FieldsTest, TypeJoinsCatalogKindAndComponentType) {
         document->addBooleanProperty("IsDummyPart", c.dummy);
         component->addStringProperty("Type", c.type);
         const Lines lines = written([&](QELDMToXML& w) { Access::writeType(w, component, document); });
-        EXPECT_EQ(lines, c.expected ? leafLines("Type", c.expected) : Lines{});
+        EXPECT_EQ(lines, c.expected ? leafLines(QELElement::Type, c.expected) : Lines{});
         EXPECT_EQ(JNLManager::contains(c.journal ? c.journal : "propertie"), c.journal != nullptr);
     }
 
@@ -151,7 +153,7 @@ TEST_F(FieldsTest, TypeJoinsCatalogKindAndComponentType) {
     item->setIsCatalogComp(true);
     item->setOneAbsoluteOccurrence(component);
     EXPECT_EQ(written([&](QELDMToXML& w) { Access::writeType(w, nullptr, document); }),
-              leafLines("Type", "CatalogComp COMP"));
+              leafLines(QELElement::Type, "CatalogComp COMP"));
 }
 
 TEST_F(FieldsTest, MappingCountsStringsAndRenamesForThePdmSide) {
@@ -164,14 +166,14 @@ TEST_F(FieldsTest, MappingCountsStringsAndRenamesForThePdmSide) {
     for (const char* s : {"Revision", "A", "Definition", "", "Nomenclature", "n", "DescriptionRef", "d", "Lone"})
         pairs.push_back(s);
     const Lines renamed = written([&](QELDMToXML& w) { Access::writeDynamicAttributes(w, &pairs, component); });
-    EXPECT_EQ(valueOf(renamed, "NBElements"), "9");
+    EXPECT_EQ(valueOf(renamed, QELElement::NBElements), "9");
     // Every string is written, an empty value too; the odd one out ends the list.
-    EXPECT_EQ(valuesOf(renamed, "Attribut"),
+    EXPECT_EQ(valuesOf(renamed, QELElement::Attribut),
               (Lines{"revision", "A", "definition", "", "nomenclature", "n", "description", "d", "Lone"}));
 }
 
 TEST_F(FieldsTest, MappingIsHeldBackForBrokenAndUnmodifiedComponents) {
-    TYPVectorCATUnicodeString* pairs = document->getDynamicProperty("Mapping_Attribut");
+    TYPVectorCATUnicodeString* pairs = document->getDynamicProperty(QELDocument::kMappingAttributes);
     auto write = [&](QELDMToXML& w) { Access::writeDynamicAttributes(w, pairs, component); };
 
     EXPECT_TRUE(run(true, write).empty());
@@ -215,7 +217,7 @@ TEST_F(FieldsTest, LongOemDescriptionIsCutAndKeptCut) {
         pairs.push_back("Comment");
         pairs.push_back(body.c_str());
         const Lines lines = written([&](QELDMToXML& w) { Access::writeDynamicAttributes(w, &pairs, nullptr); });
-        const Lines values = valuesOf(lines, "Attribut");
+        const Lines values = valuesOf(lines, QELElement::Attribut);
         ASSERT_EQ(values.size(), 4u);
         EXPECT_EQ(values[1], c.value.substr(0, c.expectedLength));
         EXPECT_EQ(pairs[1].ToLatin1(), values[1]); // the model keeps what was sent
@@ -224,12 +226,13 @@ TEST_F(FieldsTest, LongOemDescriptionIsCutAndKeptCut) {
 }
 
 TEST_F(FieldsTest, DrawingOnImportMergesTheOemList) {
-    setPairs(document, "OEM_Mapping_Attribut", {"Colour", "blue", "ACME_dlname", "bolt"});
+    setPairs(document, QELDocument::kOEMMappingAttributes, {"Colour", "blue", "ACME_dlname", "bolt"});
     const Lines lines = written([&](QELDMToXML& w) {
         Access::writeMappingAttributesForDrawingOnImport(w, component, document);
     });
-    EXPECT_EQ(valueOf(lines, "NBElements"), "6");
-    EXPECT_EQ(valuesOf(lines, "Attribut"), (Lines{"partNumber", "P", "Colour", "red", "ACME_dlname", "bolt"}));
+    EXPECT_EQ(valueOf(lines, QELElement::NBElements), "6");
+    EXPECT_EQ(valuesOf(lines, QELElement::Attribut),
+              (Lines{"partNumber", "P", "Colour", "red", "ACME_dlname", "bolt"}));
 
     // A catalog component's attributes go out whatever its modified state.
     component->addIntegerProperty("Modified_Flag", -1);
@@ -291,24 +294,25 @@ TEST_F(FieldsTest, LinkedDocsPutTheActiveSheetsDocumentFirst) {
     DrawingLinks d = DrawingLinks::build(2);
     component->addStringProperty("resolvedcontextid", "ctx-9");
     Lines lines = written([&](QELDMToXML& w) { Access::writeLinkedDocuments(w, component, d.drawing, 1); });
-    EXPECT_EQ(valueOf(lines, "NBElements"), "4");
-    EXPECT_EQ(valuesOf(lines, "Attribut"), (Lines{"Shaft", "uuid-Shaft.CATPart", "Housing", "uuid-Housing.CATPart",
-                                                  "Cover", "uuid-Cover.CATPart", "ctx-9"}));
+    EXPECT_EQ(valueOf(lines, QELElement::NBElements), "4");
+    EXPECT_EQ(valuesOf(lines, QELElement::Attribut),
+              (Lines{"Shaft", "uuid-Shaft.CATPart", "Housing", "uuid-Housing.CATPart", "Cover", "uuid-Cover.CATPart",
+                     "ctx-9"}));
     EXPECT_TRUE(JNLManager::contains("-->resolved context [ctx-9]\n"));
 
     // The spreadsheet's list names the items only.
     lines = written([&](QELDMToXML& w) { Access::writeLinkedDocumentsForSpreadSheet(w, component, d.drawing); });
-    EXPECT_EQ(valuesOf(lines, "Attribut"), (Lines{"Shaft", "Housing", "Cover", "ctx-9"}));
+    EXPECT_EQ(valuesOf(lines, QELElement::Attribut), (Lines{"Shaft", "Housing", "Cover", "ctx-9"}));
 }
 
 TEST_F(FieldsTest, LinkedDocsLeaveOutItemsWithoutAName) {
     DrawingLinks d = DrawingLinks::build(1);
     d.items[0]->set_Name("");
     Lines lines = written([&](QELDMToXML& w) { Access::writeLinkedDocuments(w, component, d.drawing, 0); });
-    EXPECT_EQ(valueOf(lines, "NBElements"), "2");
+    EXPECT_EQ(valueOf(lines, QELElement::NBElements), "2");
     // The active link's place counts the links: with Housing left out, the
     // entry at Cover's place is Shaft's, which comes first.
-    EXPECT_EQ(valuesOf(lines, "Attribut"), (Lines{"Shaft", "Cover"}));
+    EXPECT_EQ(valuesOf(lines, QELElement::Attribut), (Lines{"Shaft", "Cover"}));
 
     // With every item left out no entry stands at the active place.
     d.items[1]->set_Name("");
@@ -330,7 +334,7 @@ TEST_F(FieldsTest, LinkedDocsFollowTheDocumentType) {
     document->addGRMItemLink("VT_CATIAV5_MMLASSY", makeItem("RACK", "RCK2"));
     document->addGRMItemLink("VT_CATIAV5_MMLASSY", makeItem("Frame", "FRM"));
     const Lines lines = written([&](QELDMToXML& w) { Access::writeLinkedDocuments(w, component, document, 0); });
-    EXPECT_EQ(valuesOf(lines, "Attribut"), (Lines{"Rack", "Frame"}));
+    EXPECT_EQ(valuesOf(lines, QELElement::Attribut), (Lines{"Rack", "Frame"}));
 
     // A product without any flattening link: nothing to write.
     CV5CAAQELDocument* product = makeDocument(item, "Bolt.CATProduct", EnumDocumentType_Product);
@@ -342,8 +346,8 @@ TEST_F(FieldsTest, LinkedDocsFollowTheDocumentType) {
     document->addBooleanProperty("LinkedDocsFromDATFile", false);
     component->addStringProperty("resolvedcontextid", "CTX-1");
     const Lines inContext = written([&](QELDMToXML& w) { Access::writeLinkedDocuments(w, component, document, 0); });
-    EXPECT_EQ(valuesOf(inContext, "NBElements"), (Lines{"3"}));
-    EXPECT_EQ(valuesOf(inContext, "Attribut"), (Lines{"RACK", "Frame", "CTX-1"}));
+    EXPECT_EQ(valuesOf(inContext, QELElement::NBElements), (Lines{"3"}));
+    EXPECT_EQ(valuesOf(inContext, QELElement::Attribut), (Lines{"RACK", "Frame", "CTX-1"}));
 }
 
 TEST_F(FieldsTest, SheetsOfADrawing) {

@@ -17,6 +17,7 @@
 
 #include "CATDocument.h"
 #include "QELDMToXMLPrimitivesAccess.h"
+#include "QELElementNames.h"
 #include "SampleModel.h"
 #include "WriterDriverSupport.h"
 
@@ -35,10 +36,10 @@ class WriterPrimitivesTest : public writertest::WriterTest {};
 
 TEST_F(WriterPrimitivesTest, TagsAndValuesStandAloneOnCrLfLines) {
     auto out = describe([](QELDMToXML& w) {
-        Access::writeOpenBalise(w, "Item_ID");
+        Access::writeOpenBalise(w, QELElement::Item_ID);
         Access::writeValue(w, CATUnicodeString("0001234"));
         Access::writeValue(w, -7);
-        Access::writeCloseBalise(w, "Item_ID");
+        Access::writeCloseBalise(w, QELElement::Item_ID);
     });
     EXPECT_EQ(out, lines({"<Item_ID>", "0001234", "-7", "</Item_ID>"}));
 }
@@ -47,7 +48,7 @@ TEST_F(WriterPrimitivesTest, OnlyTheExactNameItemInfoIsCounted) {
     struct Case {
         const char* name;
         int counted;
-    } cases[] = {{"Item_Info", 1}, {"item_info", 0}, {"Item_Info ", 0}, {"Item_Infos", 0}, {"", 0}};
+    } cases[] = {{QELElement::Item_Info, 1}, {"item_info", 0}, {"Item_Info ", 0}, {"Item_Infos", 0}, {"", 0}};
     for (const auto& c : cases) {
         int counted = -1;
         describe([&](QELDMToXML& w) {
@@ -60,8 +61,8 @@ TEST_F(WriterPrimitivesTest, OnlyTheExactNameItemInfoIsCounted) {
     // writeBalise opens through writeOpenBalise, so it counts as well.
     int counted = 0;
     describe([&](QELDMToXML& w) {
-        Access::writeBalise(w, "Item_Info", "x", "", 0);
-        Access::writeBalise(w, "Item_Info", 3);
+        Access::writeBalise(w, QELElement::Item_Info, "x", "", 0);
+        Access::writeBalise(w, QELElement::Item_Info, 3);
         counted = Access::writtenItems(w);
     });
     EXPECT_EQ(counted, 2);
@@ -89,7 +90,7 @@ TEST_F(WriterPrimitivesTest, BaliseWithValueAndFallback) {
     };
     for (const auto& c : cases) {
         auto out = describe([&](QELDMToXML& w) {
-            Access::writeBalise(w, "Item_ID", c.value.c_str(), c.fallback, c.writeIfEmpty);
+            Access::writeBalise(w, QELElement::Item_ID, c.value.c_str(), c.fallback, c.writeIfEmpty);
         });
         EXPECT_EQ(out, c.expected) << "value '" << c.value.substr(0, 20) << "' fallback '" << c.fallback << "'";
     }
@@ -100,8 +101,8 @@ TEST_F(WriterPrimitivesTest, BaliseWithValueAndFallback) {
 TEST_F(WriterPrimitivesTest, PointerAddressIsTheHandleInSixteenUpperCaseHexDigits) {
     QELComponent component;
     auto out = describe([&](QELDMToXML& w) {
-        Access::writeBalise(w, "POINTER_ADDRESS", &component);
-        Access::writeBalise(w, "POINTER_ADDRESS", static_cast<const QELComponent*>(nullptr));
+        Access::writeBalise(w, QELElement::POINTER_ADDRESS, &component);
+        Access::writeBalise(w, QELElement::POINTER_ADDRESS, static_cast<const QELComponent*>(nullptr));
         Access::writePointerAddress(w, &component);
         Access::writePointerAddress(w, nullptr);
     });
@@ -123,10 +124,10 @@ TEST_F(WriterPrimitivesTest, OneLineWritersWriteTheComponentsIntegerProperty) {
         const char* element;
         const char* nullJournal;
     } cases[] = {
-        {&Access::writeMAJ, "MAJ", "QELDMToXML::writeMAJ: ip_component is NULL"},
-        {&Access::writeModifiedFlag, "Modified_Flag", "QELDMToXML::writeModifiedFlag: ip_component is NULL"},
-        {&Access::writeCheckAction, "Check_Action", "QELDMToXML::writeCheckAction: ip_component is NULL"},
-        {[](QELDMToXML& w, QELComponent* c) { Access::writeMatrixAction(w, c, 1); }, "Matrix_Action",
+        {&Access::writeMAJ, QELElement::MAJ, "QELDMToXML::writeMAJ: ip_component is NULL"},
+        {&Access::writeModifiedFlag, QELElement::Modified_Flag, "QELDMToXML::writeModifiedFlag: ip_component is NULL"},
+        {&Access::writeCheckAction, QELElement::Check_Action, "QELDMToXML::writeCheckAction: ip_component is NULL"},
+        {[](QELDMToXML& w, QELComponent* c) { Access::writeMatrixAction(w, c, 1); }, QELElement::Matrix_Action,
          "QELDMToXML::writeMatrixAction: ip_component is NULL"},
     };
     for (const auto& c : cases) {
@@ -253,7 +254,7 @@ TEST_F(WriterPrimitivesTest, SaveDesignTablesFollowsTheSessionsAnswer) {
         if (c.asked >= 0) session->addBooleanProperty("IsDesignTableManagedAsked", c.asked == 1);
         session->addBooleanProperty("IsDesignTableManaged", c.managed);
         auto out = describe([&](QELDMToXML& w) { Access::writeHeader(w, 0, session); });
-        EXPECT_EQ(writertest::valuesOf(out, "SaveDesignTables"), std::vector<std::string>{c.value});
+        EXPECT_EQ(writertest::valuesOf(out, QELElement::SaveDesignTables), std::vector<std::string>{c.value});
         ASSERT_EQ(EMHManager::entries().size(), c.reported ? 1u : 0u);
         if (c.reported) {
             EXPECT_EQ(EMHManager::entries()[0].function, "QELDMToXML::writeHeader");
@@ -265,7 +266,7 @@ TEST_F(WriterPrimitivesTest, SaveDesignTablesFollowsTheSessionsAnswer) {
     // Without a session the question was never asked either.
     EMHManager::clear();
     auto out = describe([](QELDMToXML& w) { Access::writeHeader(w, 0, nullptr); });
-    EXPECT_EQ(writertest::valuesOf(out, "SaveDesignTables"), std::vector<std::string>{"1"});
+    EXPECT_EQ(writertest::valuesOf(out, QELElement::SaveDesignTables), std::vector<std::string>{"1"});
     EXPECT_EQ(writertest::codesReported(), std::vector<long>{2103});
 }
 
@@ -279,7 +280,7 @@ TEST_F(WriterPrimitivesTest, SingleFilesNeedsAllThreeConditions) {
         auto out = describe([](QELDMToXML& w) { Access::writeHeader(w, 0, nullptr); });
         const std::vector<std::string> expected =
             mask == 7 ? std::vector<std::string>{"pdf;svg;cgm"} : std::vector<std::string>{};
-        EXPECT_EQ(writertest::valuesOf(out, "Single_Files"), expected) << "mask " << mask;
+        EXPECT_EQ(writertest::valuesOf(out, QELElement::Single_Files), expected) << "mask " << mask;
     }
 }
 
@@ -302,7 +303,7 @@ TEST_F(WriterPrimitivesTest, ContextNamesTheActiveDocumentInStateDetails) {
         PROCManager::setIsProcessStateDetails(c.stateDetails);
         CV5CAAToolsCommon::setActiveCATDocument(c.document);
         auto out = describe([](QELDMToXML& w) { Access::writeHeader(w, 0, nullptr); });
-        EXPECT_EQ(writertest::valuesOf(out, "Context"), c.expected)
+        EXPECT_EQ(writertest::valuesOf(out, QELElement::Context), c.expected)
             << (c.document ? c.document->StorageName().ToLatin1() : std::string("no document"));
         // Context stands inside Options, before NBElements.
         if (!c.expected.empty()) {
@@ -426,7 +427,7 @@ TEST_F(WriterPrimitivesTest, AnOutputThatCannotBeOpenedIsReportedOnce) {
         {
             QELDMToXML w(c.path.c_str());
             Access::writeHeader(w, 1, nullptr);
-            Access::writeBalise(w, "Item_Info", 1);
+            Access::writeBalise(w, QELElement::Item_Info, 1);
             Access::closeFile(w);
             failed = w.hasFailed();
         }
@@ -445,7 +446,7 @@ TEST_F(WriterPrimitivesTest, AFullDeviceIsReportedOnceAndStopsTheWriting) {
         QELDMToXML w("/dev/full");
         EXPECT_FALSE(w.hasFailed());
         Access::writeHeader(w, 3, nullptr);
-        for (int i = 0; i < 100; ++i) Access::writeBalise(w, "Item_Info", i);
+        for (int i = 0; i < 100; ++i) Access::writeBalise(w, QELElement::Item_Info, i);
         failed = w.hasFailed();
     }
     EXPECT_TRUE(failed);
@@ -470,9 +471,9 @@ TEST_F(WriterPrimitivesTest, ADescriptorLostMidwayOrAFailingCloseIsReportedOnce)
         EMHManager::clear();
         JNLManager::clear();
         QELDMToXML w(path.c_str());
-        for (int i = 0; i < c.linesBefore; ++i) Access::writeBalise(w, "Item_Info", i);
+        for (int i = 0; i < c.linesBefore; ++i) Access::writeBalise(w, QELElement::Item_Info, i);
         ASSERT_EQ(close(fileno(Access::stream(w))), 0);
-        for (int i = 0; i < c.linesAfter; ++i) Access::writeBalise(w, "Item_Info", i);
+        for (int i = 0; i < c.linesAfter; ++i) Access::writeBalise(w, QELElement::Item_Info, i);
         Access::closeFile(w);
         EXPECT_TRUE(w.hasFailed());
         const std::string detail = c.report + path + ": Bad file descriptor";
@@ -528,9 +529,9 @@ TEST_F(WriterPrimitivesTest, OpenFileClosesThePreviousOutputAndKeepsTheCounts) {
     int counted = 0;
     {
         QELDMToXML w(first.c_str());
-        Access::writeBalise(w, "Item_Info", 1);
+        Access::writeBalise(w, QELElement::Item_Info, 1);
         Access::openFile(w, second.c_str());
-        Access::writeBalise(w, "Item_Info", 2);
+        Access::writeBalise(w, QELElement::Item_Info, 2);
         counted = Access::writtenItems(w);
     }
     EXPECT_EQ(linesOf(readBytes(first)), lines({"<Item_Info>", "1", "</Item_Info>"}));

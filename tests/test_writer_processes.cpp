@@ -6,11 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "QELElementNames.h"
+#include "QELLinkType.h"
 #include "QELStatus.h"
 #include "QELDMToXMLDocumentsAccess.h"
 
 using namespace documents_test;
 using Access = QELDMToXMLDocumentsAccess;
+// The element names, unqualified: the lists below read as the blocks do.
+using namespace QELElement;
 
 namespace {
 
@@ -28,64 +32,91 @@ void save1() {
     PROCManager::setIsPhasePhase1(true);
 }
 
-const Lines kSavePhase1 = {
-    "POINTER_ADDRESS", "InstanceName", "Occ_UID", "Inst_Description", "Parent_Part_Number", "Parent_Instance_Name",
-    "Parent_Doc_Name", "Parent_DST_UID", "Parent_ItemRev_UID", "Parent_Comp", "Matrix", "Matrix_Action",
-    "Part_Number", "DST_UID", "Type", "ItemRev_UID", "NamedRef_UID", "Old_Model_Name", "BVR_Date", "Nomenclature",
-    "File_Name", "Old_File_Name", "File_Version", "Check_Action", "MAJ", "Modified_Flag", "Doc_UUID",
-    "Mapping_Attribut", "AnalysisFiles", "VTSkippedOcc", "LinkedDocs", "DT_Files", "DT_Sheets", "DT_Cfgs",
-    "secondaries", "Shapes", "Mask"};
+// The lists are packed as the blocks read, one element after the other.
+// clang-format off
+const Lines kSavePhase1 = {POINTER_ADDRESS, InstanceName, Occ_UID, Inst_Description, Parent_Part_Number,
+                           Parent_Instance_Name, Parent_Doc_Name, Parent_DST_UID, Parent_ItemRev_UID, Parent_Comp,
+                           Matrix, Matrix_Action, Part_Number, DST_UID, Type, ItemRev_UID, NamedRef_UID,
+                           Old_Model_Name, BVR_Date, Nomenclature, File_Name, Old_File_Name, File_Version,
+                           Check_Action, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut, AnalysisFiles, VTSkippedOcc,
+                           LinkedDocs, DT_Files, DT_Sheets, DT_Cfgs, secondaries, Shapes, Mask};
 
 TEST_F(ProcessesTest, EachProcessWritesItsElementOrder) {
     const std::vector<ProcessCase> cases = {
         // Save phase 1 wins over the other commands.
-        {"save phase 1", [] { save1(); PROCManager::setIsCommandImport(true); }, false, kSavePhase1},
-        {"save as phase 1", [] { PROCManager::setIsCommandSaveAs(true); PROCManager::setIsPhasePhase1(true); },
+        {"save phase 1",
+         [] {
+             save1();
+             PROCManager::setIsCommandImport(true);
+         },
+         false, kSavePhase1},
+        {"save as phase 1",
+         [] {
+             PROCManager::setIsCommandSaveAs(true);
+             PROCManager::setIsPhasePhase1(true);
+         },
          false, kSavePhase1},
         {"synchronize active shapes", [] { PROCManager::setIsCommandSynchronizeActiveShapes(true); }, false,
          kSavePhase1},
         {"save phase 2",
-         [] { PROCManager::setIsCommandSaveSelected(true); PROCManager::setIsPhasePhase2(true); }, false,
-         {"POINTER_ADDRESS", "ActivateShapes", "DefaultShapeForCache", "AbsoluteMatrix", "VisibleOverrides",
-          "Externals", "ScenesOverrides", "Mapping_Inst", "PartComposites"}},
-        {"BRR", [] { PROCManager::setIsProcessBRRSave(true); }, false,
-         {"POINTER_ADDRESS", "InstanceName", "Occ_UID", "Inst_Description", "Parent_Part_Number",
-          "Parent_Instance_Name", "Parent_Doc_Name", "Parent_DST_UID", "Parent_Comp", "Parent_ItemRev_UID",
-          "Matrix", "Matrix_Action", "Part_Number", "DST_UID", "Type", "NamedRef_UID", "ItemRev_UID",
-          "Old_Model_Name", "BVR_Date", "Nomenclature", "File_Name", "Old_File_Name", "File_Version",
-          "Check_Action", "MAJ", "Modified_Flag", "Doc_UUID", "Mapping_Attribut", "Mapping_Inst", "AnalysisFiles",
-          "VTSkippedOcc", "LinkedDocs", "DT_Files", "DT_Sheets", "DT_Cfgs", "Shapes", "ActivateShapes",
-          "DefaultShapeForCache", "AbsoluteMatrix", "secondaries", "PartComposites"}},
-        {"import", [] { PROCManager::setIsCommandImport(true); PROCManager::setIsProcessBRRSave(true); }, true,
-         {"POINTER_ADDRESS", "InstanceName", "Occ_UID", "Inst_Description", "Parent_Part_Number",
-          "Parent_Instance_Name", "Parent_Doc_Name", "Parent_DST_UID", "Parent_ItemRev_UID", "Parent_Comp",
-          "Matrix", "Matrix_Action", "Part_Number", "DST_UID", "Type", "Date_Last_Modification", "DST_Version",
-          "ItemRev_UID", "Old_Model_Name", "BVR_Date", "Nomenclature", "File_Name", "Old_File_Name",
-          "File_Version", "Check_Action", "MAJ", "Modified_Flag", "Doc_UUID", "Mapping_Attribut", "Mapping_Inst",
-          "AnalysisFiles", "VTSkippedOcc", "LinkedDocs", "DT_Files", "DT_Sheets", "DT_Cfgs", "Shapes",
-          "ActivateShapes", "DefaultShapeForCache", "AbsoluteMatrix", "VisibleOverrides", "ScenesOverrides",
-          "secondaries", "Externals", "PartComposites"}},
-        {"create spreadsheet", [] { PROCManager::setIsCommandCreateSpreadsheet(true); }, false,
-         {"InstanceName", "Parent_Part_Number", "Parent_Instance_Name", "Parent_Doc_Name", "Parent_DST_UID",
-          "Parent_Comp", "Parent_ItemRev_UID", "NamedRef_UID", "Matrix", "Matrix_Action", "Part_Number", "DST_UID",
-          "Type", "ItemRev_UID", "Old_Model_Name", "File_Name", "File_Version", "MAJ", "Modified_Flag", "Doc_UUID",
-          "Mapping_Attribut", "LinkedDocs"}},
-        {"state details",
-         [] { PROCManager::setIsProcessStateDetailsFactory(true); PROCManager::setIsProcessStateDetails(true); },
+         [] {
+             PROCManager::setIsCommandSaveSelected(true);
+             PROCManager::setIsPhasePhase2(true);
+         },
+         false,
+         {POINTER_ADDRESS, ActivateShapes, DefaultShapeForCache, AbsoluteMatrix, VisibleOverrides, Externals,
+          ScenesOverrides, Mapping_Inst, PartComposites}},
+        {"BRR",
+         [] { PROCManager::setIsProcessBRRSave(true); },
+         false,
+         {POINTER_ADDRESS, InstanceName, Occ_UID, Inst_Description, Parent_Part_Number, Parent_Instance_Name,
+          Parent_Doc_Name, Parent_DST_UID, Parent_Comp, Parent_ItemRev_UID, Matrix, Matrix_Action, Part_Number,
+          DST_UID, Type, NamedRef_UID, ItemRev_UID, Old_Model_Name, BVR_Date, Nomenclature, File_Name, Old_File_Name,
+          File_Version, Check_Action, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut, Mapping_Inst, AnalysisFiles,
+          VTSkippedOcc, LinkedDocs, DT_Files, DT_Sheets, DT_Cfgs, Shapes, ActivateShapes, DefaultShapeForCache,
+          AbsoluteMatrix, secondaries, PartComposites}},
+        {"import",
+         [] {
+             PROCManager::setIsCommandImport(true);
+             PROCManager::setIsProcessBRRSave(true);
+         },
          true,
-         {"POINTER_ADDRESS", "InstanceName", "Matrix_Action", "Part_Number", "DST_UID", "DST_Version",
-          "Date_Last_Modification", "ItemRev_UID", "File_Name", "Type", "File_Version", "BVR_Date", "MAJ",
-          "Modified_Flag", "IsDocSelected", "Mapping_Attribut"}},
-        {"life cycle, stored", [] { PROCManager::setIsProcessLifeCycleFactory(true); }, false,
-         {"POINTER_ADDRESS", "InstanceName", "Matrix_Action", "Part_Number", "DST_UID", "ItemRev_UID",
-          "NamedRef_UID", "File_Name", "Type", "File_Version", "Check_Action", "MAJ", "Mapping_Attribut",
-          "secondaries"}},
+         {POINTER_ADDRESS, InstanceName, Occ_UID, Inst_Description, Parent_Part_Number, Parent_Instance_Name,
+          Parent_Doc_Name, Parent_DST_UID, Parent_ItemRev_UID, Parent_Comp, Matrix, Matrix_Action, Part_Number,
+          DST_UID, Type, Date_Last_Modification, DST_Version, ItemRev_UID, Old_Model_Name, BVR_Date, Nomenclature,
+          File_Name, Old_File_Name, File_Version, Check_Action, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut,
+          Mapping_Inst, AnalysisFiles, VTSkippedOcc, LinkedDocs, DT_Files, DT_Sheets, DT_Cfgs, Shapes, ActivateShapes,
+          DefaultShapeForCache, AbsoluteMatrix, VisibleOverrides, ScenesOverrides, secondaries, Externals,
+          PartComposites}},
+        {"create spreadsheet",
+         [] { PROCManager::setIsCommandCreateSpreadsheet(true); },
+         false,
+         {InstanceName, Parent_Part_Number, Parent_Instance_Name, Parent_Doc_Name, Parent_DST_UID, Parent_Comp,
+          Parent_ItemRev_UID, NamedRef_UID, Matrix, Matrix_Action, Part_Number, DST_UID, Type, ItemRev_UID,
+          Old_Model_Name, File_Name, File_Version, MAJ, Modified_Flag, Doc_UUID, Mapping_Attribut, LinkedDocs}},
+        {"state details",
+         [] {
+             PROCManager::setIsProcessStateDetailsFactory(true);
+             PROCManager::setIsProcessStateDetails(true);
+         },
+         true,
+         {POINTER_ADDRESS, InstanceName, Matrix_Action, Part_Number, DST_UID, DST_Version, Date_Last_Modification,
+          ItemRev_UID, File_Name, Type, File_Version, BVR_Date, MAJ, Modified_Flag, IsDocSelected, Mapping_Attribut}},
+        {"life cycle, stored",
+         [] { PROCManager::setIsProcessLifeCycleFactory(true); },
+         false,
+         {POINTER_ADDRESS, InstanceName, Matrix_Action, Part_Number, DST_UID, ItemRev_UID, NamedRef_UID, File_Name,
+          Type, File_Version, Check_Action, MAJ, Mapping_Attribut, secondaries}},
         {"life cycle, never stored",
-         [] { PROCManager::setIsProcessLifeCycleFactory(true); PROCManager::setIsProcessBRRSave(true); }, true,
-         {"POINTER_ADDRESS", "InstanceName", "Matrix_Action", "Part_Number", "DST_UID", "DST_Version",
-          "ItemRev_UID", "File_Name", "Type", "File_Version", "Check_Action", "MAJ", "Mapping_Attribut",
-          "secondaries"}},
+         [] {
+             PROCManager::setIsProcessLifeCycleFactory(true);
+             PROCManager::setIsProcessBRRSave(true);
+         },
+         true,
+         {POINTER_ADDRESS, InstanceName, Matrix_Action, Part_Number, DST_UID, DST_Version, ItemRev_UID, File_Name,
+          Type, File_Version, Check_Action, MAJ, Mapping_Attribut, secondaries}},
     };
+    // clang-format on
     for (const ProcessCase& c : cases) {
         SCOPED_TRACE(c.name);
         ProcessModel m = ProcessModel::build();
@@ -94,11 +125,11 @@ TEST_F(ProcessesTest, EachProcessWritesItsElementOrder) {
         m.partDoc->addStringProperty("Dat_File_Version", c.neverStored ? "0" : "1");
 
         const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part); });
-        const std::vector<Lines> blocks = childrenOf(lines, "Item_Info");
+        const std::vector<Lines> blocks = childrenOf(lines, Item_Info);
         ASSERT_FALSE(blocks.empty());
         EXPECT_EQ(blocks[0], c.children);
-        EXPECT_EQ(topElements(lines)[0], "CATPart");
-        EXPECT_EQ(childrenOf(lines, "CATPart"), std::vector<Lines>{{"Item_Info"}});
+        EXPECT_EQ(topElements(lines)[0], CATPart);
+        EXPECT_EQ(childrenOf(lines, CATPart), std::vector<Lines>{{Item_Info}});
 
         QELSession::freeModel();
         resetAll();
@@ -115,18 +146,18 @@ TEST_F(ProcessesTest, SavePhase1WorkspaceBlockEndsWithItsConfiguration) {
     ProcessModel m = ProcessModel::build();
     save1();
     const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws); });
-    EXPECT_EQ(topElements(lines), Lines{"CATProduct"});
-    EXPECT_EQ(childrenOf(lines, "CATProduct"), (std::vector<Lines>{{"Item_Info", "Configuration"}}));
-    EXPECT_EQ(valueOf(lines, "Configuration"), "Rule=Latest");
-    EXPECT_EQ(valueOf(lines, "Parent_Comp"), "NO");
-    EXPECT_EQ(valueOf(lines, "Matrix"), "");
-    EXPECT_EQ(valueOf(lines, "Parent_Instance_Name"), "<absent>");
-    EXPECT_EQ(valueOf(lines, "Parent_DST_UID"), "<absent>");
+    EXPECT_EQ(topElements(lines), Lines{CATProduct});
+    EXPECT_EQ(childrenOf(lines, CATProduct), (std::vector<Lines>{{Item_Info, Configuration}}));
+    EXPECT_EQ(valueOf(lines, Configuration), "Rule=Latest");
+    EXPECT_EQ(valueOf(lines, Parent_Comp), "NO");
+    EXPECT_EQ(valueOf(lines, Matrix), "");
+    EXPECT_EQ(valueOf(lines, Parent_Instance_Name), "<absent>");
+    EXPECT_EQ(valueOf(lines, Parent_DST_UID), "<absent>");
 
     PROCManager::reset();
     PROCManager::setIsCommandImport(true);
     const Lines imported = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws); });
-    EXPECT_EQ(childrenOf(imported, "CATProduct"), std::vector<Lines>{{"Item_Info"}});
+    EXPECT_EQ(childrenOf(imported, CATProduct), std::vector<Lines>{{Item_Info}});
 }
 
 TEST_F(ProcessesTest, NodeWithoutWhatItStandsOnWritesNothing) {
@@ -155,13 +186,13 @@ TEST_F(ProcessesTest, CatalogDocumentStandsInForAWorkspaceParent) {
     CV5CAAQELDocument* catalog = makeDocument(catalogItem, "Fasteners.catalog", EnumDocumentType_Catalog);
 
     const Lines plain = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws, catalog); });
-    EXPECT_EQ(valueOf(plain, "Parent_Part_Number"), "<absent>");
+    EXPECT_EQ(valueOf(plain, Parent_Part_Number), "<absent>");
 
     PROCManager::setManageCatalog(true);
     const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.ws, catalog); });
-    EXPECT_EQ(valueOf(lines, "Parent_Part_Number"), "CAT-7");
-    EXPECT_EQ(valueOf(lines, "Parent_Doc_Name"), "Fasteners.catalog");
-    EXPECT_EQ(valueOf(lines, "Parent_ItemRev_UID"), "REV-CAT-7");
+    EXPECT_EQ(valueOf(lines, Parent_Part_Number), "CAT-7");
+    EXPECT_EQ(valueOf(lines, Parent_Doc_Name), "Fasteners.catalog");
+    EXPECT_EQ(valueOf(lines, Parent_ItemRev_UID), "REV-CAT-7");
 }
 
 TEST_F(ProcessesTest, BrokenIconIsWrittenAsUnknownWithErrors) {
@@ -171,11 +202,11 @@ TEST_F(ProcessesTest, BrokenIconIsWrittenAsUnknownWithErrors) {
     m.partDoc->addStringProperty("DST_UID", "");
     const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part); });
 
-    EXPECT_EQ(topElements(lines), Lines{"Unknown"});
-    for (const char* element : {"Part_Number", "DST_UID", "ItemRev_UID", "File_Name"}) {
+    EXPECT_EQ(topElements(lines), Lines{Unknown});
+    for (const char* element : {Part_Number, DST_UID, ItemRev_UID, File_Name}) {
         EXPECT_EQ(valueOf(lines, element), "ERROR") << element;
     }
-    for (const char* element : {"NamedRef_UID", "File_Version", "Mapping_Attribut"}) {
+    for (const char* element : {NamedRef_UID, File_Version, Mapping_Attribut}) {
         EXPECT_EQ(countOf(lines, std::string("<") + element + ">"), 0) << element;
     }
     EXPECT_TRUE(JNLManager::contains("QELDMToXML::writeNamedRefUID : ip_component is a broken icon"));
@@ -194,11 +225,11 @@ TEST_F(ProcessesTest, FlatteningDescribesADocumentOnce) {
             Access::writeDesc(w, m.part, nullptr, 1);
             Access::writeDesc(w, second, nullptr, 1);
         });
-        const std::vector<Lines> blocks = childrenOf(lines, "Item_Info");
+        const std::vector<Lines> blocks = childrenOf(lines, Item_Info);
         ASSERT_EQ(blocks.size(), 2u);
-        EXPECT_EQ(countOf(blocks[0], "Mapping_Attribut"), 1);
-        EXPECT_EQ(countOf(blocks[1], "Mapping_Attribut"), 0);
-        EXPECT_EQ(valuesOf(lines, "Modified_Flag"), (Lines{"1", "-1"}));
+        EXPECT_EQ(countOf(blocks[0], Mapping_Attribut), 1);
+        EXPECT_EQ(countOf(blocks[1], Mapping_Attribut), 0);
+        EXPECT_EQ(valuesOf(lines, Modified_Flag), (Lines{"1", "-1"}));
         EXPECT_TRUE(m.partDoc->getBooleanProperty("IsAlreadyWritten"));
 
         QELSession::freeModel();
@@ -231,7 +262,7 @@ TEST_F(ProcessesTest, FlatteningTakesAnUnmodifiedOccurrencesStateFromElsewhere) 
             m.partItem->setFirstCreatedAbsoluteOccurrence(first);
         }
         const Lines lines = written([&](QELDMToXML& w) { Access::writeDesc(w, m.part, nullptr, 1); });
-        EXPECT_EQ(valueOf(lines, "Modified_Flag"), c.expected);
+        EXPECT_EQ(valueOf(lines, Modified_Flag), c.expected);
         // Written without the occurrence, whose own state would hold them back.
         EXPECT_EQ(countOf(lines, "<Mapping_Attribut>"), 1);
         QELSession::freeModel();
@@ -243,7 +274,7 @@ TEST_F(ProcessesTest, UpdateStatusGoesOnWithoutAFileAndStopsWithoutAnItem) {
     ProcessModel m = ProcessModel::build();
     PROCManager::setIsCommandUpdateStatus(true);
     CV5CAAQELDocument* fileless = QELModelHeap::adopt(new CV5CAAQELDocument("Loose.CATPart", EnumDocumentType_Part));
-    fileless->linkItem("LINKNAME_PARENT", m.partItem);
+    fileless->linkItem(QELLinkType::LINKNAME_PARENT, m.partItem);
     TYPVectorPCV5CAAQELDocument documents;
     documents.push_back(m.partDoc);
     documents.push_back(fileless);
@@ -251,9 +282,9 @@ TEST_F(ProcessesTest, UpdateStatusGoesOnWithoutAFileAndStopsWithoutAnItem) {
     long status = -1;
     Lines lines = written([&](QELDMToXML& w) { status = Access::writeDescForUpdateStatus(w, &documents); });
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(childrenOf(lines, "Item_Info"),
-              (std::vector<Lines>{{"POINTER_ADDRESS", "File_Name", "DST_UID", "ItemRev_UID", "secondaries"},
-                                  {"POINTER_ADDRESS", "ItemRev_UID"}}));
+    EXPECT_EQ(childrenOf(lines, Item_Info),
+              (std::vector<Lines>{{POINTER_ADDRESS, File_Name, DST_UID, ItemRev_UID, secondaries},
+                                  {POINTER_ADDRESS, ItemRev_UID}}));
     ASSERT_EQ(EMHManager::entries().size(), 1u);
     EXPECT_EQ(EMHManager::entries()[0].function, "QELDMToXML::writeDescForUpdateStatus");
     EXPECT_EQ(EMHManager::entries()[0].code, 2103);
@@ -284,12 +315,12 @@ TEST_F(ProcessesTest, StateDetailsFactoryDescribesEachSecondaryOnce) {
         Access::writeDesc(w, m.part);
         Access::writeDesc(w, second);
     });
-    EXPECT_EQ(topElements(lines), (Lines{"CATPart", "CATModel", "CATPart"}));
-    const std::vector<Lines> blocks = childrenOf(lines, "Item_Info");
+    EXPECT_EQ(topElements(lines), (Lines{CATPart, CATModel, CATPart}));
+    const std::vector<Lines> blocks = childrenOf(lines, Item_Info);
     ASSERT_EQ(blocks.size(), 3u);
-    EXPECT_EQ(blocks[1], (Lines{"POINTER_ADDRESS", "InstanceName", "Part_Number", "NamedRef_UID", "File_Name",
-                                "File_Version", "Modified_Flag"}));
-    EXPECT_EQ(valueOf(lines, "File_Version"), "CATPart");
+    EXPECT_EQ(blocks[1], (Lines{POINTER_ADDRESS, InstanceName, Part_Number, NamedRef_UID, File_Name, File_Version,
+                                Modified_Flag}));
+    EXPECT_EQ(valueOf(lines, File_Version), "CATPart");
     EXPECT_EQ(countOf(lines, "model"), 1);
     EXPECT_EQ(countOf(lines, "Part.model"), 2); // InstanceName and File_Name
 }

@@ -18,19 +18,10 @@
 #include "QELWorkSpace.h"
 #include "TYPMapIntPVoid.h"
 
+using QELDMToXMLTraversal::countsItself;
 using QELDMToXMLTraversal::flatteningOf;
 using QELDMToXMLTraversal::isLeftOut;
-using QELLookups::hostDocument;
-
-namespace {
-
-// A design table that the host shows; only those are described.
-bool isVisibleDesignTable(QELDocument* document) {
-    CV5CAAQELDocument* host = hostDocument(document);
-    return host && host->getType() == EnumDocumentType_DesignTable && host->getDesignTableVisibility();
-}
-
-} // namespace
+using QELDMToXMLTraversal::isVisibleDesignTable;
 
 void QELDMToXML::executeForNonCatalogWorkSpace(QELSession* session) {
     const char* function = "QELDMToXML::executeForNonCatalogWorkSpace";
@@ -42,23 +33,7 @@ void QELDMToXML::executeForNonCatalogWorkSpace(QELSession* session) {
     TYPMapCATUnicodeStringPVoid* documents = session ? session->getDocuments() : nullptr;
 
     int count = 0;
-    if (synchronize) {
-        count = getNumberOfObjectsInWsp(active);
-    } else if (session) {
-        if (TYPMapCATUnicodeStringPVoid* workspaces = session->getWorkSpaces()) {
-            for (const auto& entry : *workspaces)
-                count += getNumberOfObjectsInWsp(static_cast<QELWorkSpace*>(entry.object));
-        }
-        if (documents) {
-            const bool factory = PROCManager::isProcessStateDetailsFactory();
-            for (const auto& entry : *documents) {
-                auto* document = static_cast<QELDocument*>(entry.object);
-                if (!document) continue;
-                if (isVisibleDesignTable(document)) ++count;
-                if (factory && document->getBooleanProperty("IsSecondary")) ++count;
-            }
-        }
-    }
+    QELDMToXMLTraversal::forEachCounted(session, [&count](QELComponent*) { ++count; });
 
     writeHeader(count, session);
 
@@ -76,9 +51,7 @@ void QELDMToXML::executeForNonCatalogWorkSpace(QELSession* session) {
         if (passive) {
             for (QELWorkSpace* workspace : *passive) {
                 // An ignored workspace counts 0, so it is not described either.
-                if (!workspace || !workspace->getBooleanProperty("IsVisible") ||
-                    workspace->getBooleanProperty("IsAnIgnoreNode"))
-                    continue;
+                if (!countsItself(workspace)) continue;
                 writeDesc(workspace, session, nullptr, flattening);
                 writeDescAssemblyAbsoluteOccurrences(workspace, session, flattening);
             }
@@ -100,14 +73,8 @@ void QELDMToXML::executeForNonCatalogWorkSpace(QELSession* session) {
 // but not described, and the count check reports the difference. That is
 // intended.
 int QELDMToXML::getNumberOfObjectsInWsp(QELWorkSpace* workspace) {
-    if (!workspace || !workspace->getBooleanProperty("IsVisible") || workspace->getBooleanProperty("IsAnIgnoreNode"))
-        return 0;
-    TYPMapCATUnicodeStringPVoid* occurrences = workspace->getLinkedAbsoluteOccurrences();
-    if (!occurrences) return 1;
-    int count = 1;
-    for (const auto& entry : *occurrences) {
-        if (!isLeftOut(static_cast<QELComponent*>(entry.object))) ++count;
-    }
+    int count = 0;
+    QELDMToXMLTraversal::forEachCountedInWorkSpace(workspace, [&count](QELComponent*) { ++count; });
     return count;
 }
 

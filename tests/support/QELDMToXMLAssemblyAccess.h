@@ -18,6 +18,8 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
+#include "QELLinkType.h"
 #include "QELLookups.h"
 #include "QELModelHeap.h"
 #include "QELSession.h"
@@ -43,14 +45,14 @@ struct QELDMToXMLAssemblyAccess {
     }
     static void designTableInfo(W& w, QELDocument* dt) { w.writeDesignTableInfo(dt); }
     static void designTableMapping(W& w, const char* property, QELDocument* dt) {
-        w.writeDesignTableMappingAttribute(property, "Attribut", dt);
+        w.writeDesignTableMappingAttribute(property, QELElement::Attribut, dt);
     }
     // In the order an owner's description writes them.
     static void ownerSummaries(W& w, QELDocument* owner) {
-        w.writeDescDesignTableFile("DT_Files", owner);
-        w.writeDescDesignTableSheets("DT_Sheets", owner);
-        w.writeDescDesignTableCfgs("DT_Cfgs", owner);
-        w.writeDescDesignTableMap("DT_Map", owner);
+        w.writeDescDesignTableFile(QELElement::DT_Files, owner);
+        w.writeDescDesignTableSheets(QELElement::DT_Sheets, owner);
+        w.writeDescDesignTableCfgs(QELElement::DT_Cfgs, owner);
+        w.writeDescDesignTableMap(QELElement::DT_Map, owner);
     }
 
     static long composites(W& w, QELDocument* d, QELComponent* c) { return w.writeComposites(d, c); }
@@ -116,7 +118,7 @@ inline Lines childElements(const Lines& lines, const std::string& parent) {
 inline QELItem* itemWithFile(const char* itemName, const char* fileName,
                              EnumDocumentType type = EnumDocumentType_Product) {
     auto* item = QELModelHeap::adopt(new QELItem(itemName));
-    QELDocument* document = item->createDocument("LINKNAME_CHILD", type, fileName);
+    QELDocument* document = item->createDocument(QELLinkType::LINKNAME_CHILD, type, fileName);
     document->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName)
         ->addStringProperty("File_Name", fileName);
     return item;

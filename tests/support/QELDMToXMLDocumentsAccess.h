@@ -13,6 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "QELDocument.h"
+#include "QELElementNames.h"
+#include "QELLinkType.h"
 #include "WriterDriverSupport.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELAbsoluteView.h"
@@ -69,16 +72,16 @@ struct QELDMToXMLDocumentsAccess {
         return w.writeMappingAttributes(c, d);
     }
     static void writeDynamicAttributes(QELDMToXML& w, TYPVectorCATUnicodeString* values, QELComponent* c) {
-        w.writeDynamicAttributes("Mapping_Attribut", values, "Attribut", c, nullptr);
+        w.writeDynamicAttributes(QELElement::Mapping_Attribut, values, QELElement::Attribut, c, nullptr);
     }
     static void writeMappingAttributesForDrawingOnImport(QELDMToXML& w, QELComponent* c, QELDocument* d) {
         w.writeMappingAttributesForDrawingOnImport(c, d);
     }
     static void writeDynamicAttributesForImportCompCatalog(QELDMToXML& w, QELComponent* c, QELDocument* d) {
-        w.writeDynamicAttributesForImportCompCatalog("Mapping_Attribut", c, d);
+        w.writeDynamicAttributesForImportCompCatalog(QELElement::Mapping_Attribut, c, d);
     }
     static void writeSecondariesAttributes(QELDMToXML& w, QELDocument* d) {
-        w.writeSecondariesAttributes("secondaries", "secondary", d);
+        w.writeSecondariesAttributes(QELElement::secondaries, QELElement::secondary, d);
     }
     static void writeLinkedDocuments(QELDMToXML& w, QELComponent* c, QELDocument* d, unsigned char withUuid) {
         w.writeLinkedDocuments(c, d, withUuid);
@@ -180,8 +183,8 @@ inline CV5CAAQELItem* makeItem(const char* name, const char* partNumber) {
 inline CV5CAAQELDocument* makeDocument(CV5CAAQELItem* item, const char* fileName, EnumDocumentType type) {
     auto* doc = QELModelHeap::adopt(new CV5CAAQELDocument(fileName, type));
     QELSession::getInstance()->addDocument(doc);
-    item->linkDocument("LINKNAME_CHILD", doc);
-    doc->linkItem("LINKNAME_PARENT", item);
+    item->linkDocument(QELLinkType::LINKNAME_CHILD, doc);
+    doc->linkItem(QELLinkType::LINKNAME_PARENT, item);
     doc->setDefaultItem(item);
     item->setItemDefaultDocument(doc);
     QELFile* file = doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName);
@@ -191,7 +194,7 @@ inline CV5CAAQELDocument* makeDocument(CV5CAAQELItem* item, const char* fileName
     doc->addStringProperty("NamedRef_UID", std::string("NR-") + fileName);
     doc->addStringProperty("Dat_File_Version", "1");
     doc->addStringProperty("catia_uuid", std::string("uuid-") + fileName);
-    setPairs(doc, "Mapping_Attribut", {"PartNumber", "P", "Colour", "red"});
+    setPairs(doc, QELDocument::kMappingAttributes, {"PartNumber", "P", "Colour", "red"});
     return doc;
 }
 
@@ -276,8 +279,8 @@ struct ProcessModel {
         m.partDoc->addStringProperty("BVR_Date", "2024-05-01");
         m.partDoc->addStringProperty("DST_Version", "A.1");
         m.partDoc->addStringProperty("Date_Last_Modification", "2024-05-02");
-        setPairs(m.partDoc, "OEM_Mapping_Attribut", {"ACME_dlname", "part"});
-        setPairs(m.partDoc, "CATIA_Mapping_Attribut", {"Material", "Steel"});
+        setPairs(m.partDoc, QELDocument::kOEMMappingAttributes, {"ACME_dlname", "part"});
+        setPairs(m.partDoc, QELDocument::kCATIAMappingAttributes, {"Material", "Steel"});
         m.partDoc->addBooleanProperty("LinkedDocsFromDATFile", true);
         m.partDoc->addGRMItemLink("VT_CATIAV5_MML", m.rootItem);
         QELDocument* table = m.partDoc->addDesignTable("Sizes", "Sizes.xls");

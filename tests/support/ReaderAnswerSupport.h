@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "QELElementNames.h"
+#include "QELLinkType.h"
 #include "SessionReset.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
@@ -59,10 +61,10 @@ inline std::string element(const std::string& name, const std::string& body) {
 }
 
 inline std::string entry(const std::string& type, const std::string& itemInfo) {
-    return element(type, element("Item_Info", itemInfo));
+    return element(type, element(QELElement::Item_Info, itemInfo));
 }
 
-inline std::string count(int n) { return leaf("NBElements", std::to_string(n)); }
+inline std::string count(int n) { return leaf(QELElement::NBElements, std::to_string(n)); }
 
 const char* const kDeclaration = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\n";
 
@@ -113,7 +115,7 @@ struct SmallModel {
                                        EnumDocumentType type) {
         auto* doc = QELModelHeap::adopt(new CV5CAAQELDocument(name, type));
         session->addDocument(doc);
-        owner->linkDocument("LINKNAME_CHILD", doc);
+        owner->linkDocument(QELLinkType::LINKNAME_CHILD, doc);
         owner->setItemDefaultDocument(doc);
         doc->setDefaultItem(owner);
         doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), name);

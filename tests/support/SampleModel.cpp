@@ -1,3 +1,5 @@
+#include "QELDocument.h"
+#include "QELLinkType.h"
 #include "SampleModel.h"
 
 #include <string>
@@ -24,8 +26,6 @@
 
 namespace {
 
-const char* const kItemDocument = "LINKNAME_CHILD";
-
 // Items and documents are the host's: the writer asks them for default
 // documents, files and UIDs.
 QELItem* item(QELSession* session, const char* name, const char* revision) {
@@ -41,9 +41,9 @@ QELItem* item(QELSession* session, const char* name, const char* revision) {
 QELDocument* document(QELItem* owner, EnumDocumentType type, const char* fileName, const char* partNumber) {
     auto* doc = QELModelHeap::adopt(new CV5CAAQELDocument(fileName, type));
     QELSession::getInstance()->addDocument(doc);
-    owner->linkDocument(kItemDocument, doc);
-    doc->linkItem(kItemDocument, owner);
-    doc->linkItem("LINKNAME_PARENT", owner);
+    owner->linkDocument(QELLinkType::LINKNAME_CHILD, doc);
+    doc->linkItem(QELLinkType::LINKNAME_CHILD, owner);
+    doc->linkItem(QELLinkType::LINKNAME_PARENT, owner);
     QELFile* file = doc->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), fileName);
     file->addStringProperty("File_Name", fileName);
     file->addStringProperty("fullPathName", CATUnicodeString("/data/work/") + fileName);
@@ -72,7 +72,7 @@ QELWorkSpace* workspace(QELSession* session, QELDocument* root, QELItem* rootIte
     ws->linkDocument(root);
     ws->linkItem(rootItem);
     ws->setDocFileLinkType(root->getType());
-    ws->setItemDocLinkType(kItemDocument);
+    ws->setItemDocLinkType(QELLinkType::LINKNAME_CHILD);
     ws->addBooleanProperty("IsVisible", true);
     ws->addBooleanProperty("IsAnIgnoreNode", false);
     ws->addIntegerProperty("FileType", fileType);
@@ -121,12 +121,12 @@ QELDocument* designTable(SampleModel& m, const char* name, const char* fileName,
     dt->setDesignTableVisibility(visible ? 1 : 0);
     QELFile* file = dt->createFile("catdesigntable", fileName);
     file->addStringProperty("File_Name", fileName);
-    dt->linkItem("LINKNAME_PARENT", m.shaftItem);
+    dt->linkItem(QELLinkType::LINKNAME_PARENT, m.shaftItem);
     dt->addStringProperty("DST_UID", CATUnicodeString("DST-") + fileName);
     dt->addStringProperty("NamedRef_UID", CATUnicodeString("NR-") + fileName);
     dt->addIntegerProperty("Modified_Flag", 1);
-    dt->addDynamicProperty("Mapping_Attribut", "PartNumber", "SHF-010", false);
-    dt->addDynamicProperty("Mapping_Attribut", "Colour", "red", false);
+    dt->addDynamicProperty(QELDocument::kMappingAttributes, "PartNumber", "SHF-010", false);
+    dt->addDynamicProperty(QELDocument::kMappingAttributes, "Colour", "red", false);
     m.session->addDocument(dt);
     m.shaft->addDesignTable(dt);
     return dt;
@@ -157,13 +157,13 @@ void addHostAnswers(SampleModel& m) {
 
     // Mapping attributes, with an OEM description (prefix "VT") long enough to
     // be cut before the separator that straddles the 255th character.
-    m.shaft->addDynamicProperty("Mapping_Attribut", "PartNumber", "SHF-010", false);
-    m.shaft->addDynamicProperty("Mapping_Attribut", "Nomenclature", "Arbre \xE9tag\xE9", false);
-    m.shaft->addDynamicProperty("Mapping_Attribut", "VT_description",
+    m.shaft->addDynamicProperty(QELDocument::kMappingAttributes, "PartNumber", "SHF-010", false);
+    m.shaft->addDynamicProperty(QELDocument::kMappingAttributes, "Nomenclature", "Arbre \xE9tag\xE9", false);
+    m.shaft->addDynamicProperty(QELDocument::kMappingAttributes, "VT_description",
                                 CATUnicodeString((std::string(254, 'd') + "@=@" + std::string(40, 'e')).c_str()),
                                 false);
-    m.gearbox->addDynamicProperty("OEM_Mapping_Attribut", "Revision", "A", false);
-    m.gearbox->addDynamicProperty("CATIA_Mapping_Attribut", "Definition", "Gearbox assembly", false);
+    m.gearbox->addDynamicProperty(QELDocument::kOEMMappingAttributes, "Revision", "A", false);
+    m.gearbox->addDynamicProperty(QELDocument::kCATIAMappingAttributes, "Definition", "Gearbox assembly", false);
 
     // The shaft design tables and their links from the owner.
     TYPVectorPQELLink* links = m.shaft->getGRMLinks("catdesigntable");
@@ -371,7 +371,7 @@ SampleModel SampleModel::build() {
     master->addStringProperty("Material", "Steel 8.8");
     m.boltItem->linkForm(master);
 
-    m.bolt->addDynamicProperty("CATIA_Mapping_Attribut", "Material", "Steel 8.8", false);
+    m.bolt->addDynamicProperty(QELDocument::kCATIAMappingAttributes, "Material", "Steel 8.8", false);
     m.session->setCalculGeometricStatus(true);
     addHostAnswers(m);
     return m;

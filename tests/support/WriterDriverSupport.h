@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "QELLinkType.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
@@ -151,9 +152,9 @@ public:
         const std::string docName = name + extensionOf(type);
         auto* document = QELModelHeap::adopt(new CV5CAAQELDocument(docName.c_str(), type));
         session()->addDocument(document);
-        item->linkDocument("LINKNAME_CHILD", document);
+        item->linkDocument(QELLinkType::LINKNAME_CHILD, document);
         // The item is the document's parent under link 15.
-        document->linkItem("LINKNAME_PARENT", item);
+        document->linkItem(QELLinkType::LINKNAME_PARENT, item);
         QELFile* file = document->createFile(QELUtilities::getDocFilRefNameFromDocumentType(type), docName.c_str());
         file->addStringProperty("File_Name", docName.c_str());
         document->setDefaultFile(file);
@@ -170,7 +171,7 @@ public:
         ws->linkItem(root);
         ws->linkDocument(documentOf(root));
         ws->setDocFileLinkType(type);
-        ws->setItemDocLinkType("LINKNAME_CHILD");
+        ws->setItemDocLinkType(QELLinkType::LINKNAME_CHILD);
         ws->addBooleanProperty("IsVisible", true);
         ws->addBooleanProperty("IsAnIgnoreNode", false);
         ws->addIntegerProperty("WorkspaceIndex", workspaceIndex);
@@ -198,7 +199,7 @@ public:
     }
 
     static CV5CAAQELDocument* documentOf(QELItem* item) {
-        TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(11) : nullptr;
+        TYPMapCATUnicodeStringPVoid* documents = item ? item->getChildrenComponents(QELLinkType::ITM_DOC) : nullptr;
         return documents ? static_cast<CV5CAAQELDocument*>(documents->first()) : nullptr;
     }
 

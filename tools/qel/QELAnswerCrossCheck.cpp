@@ -6,6 +6,7 @@
 #include "PROCManager.h"
 #include "QELDescribedObjects.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELFile.h"
 #include "QELHandleTable.h"
 #include "QELItem.h"
@@ -76,7 +77,7 @@ bool QELDescribedEntries::expected(const std::string& token, QELExpectedEntry& o
     out.source = &_path;
     out.sourceLine = entry.line;
     out.element = entry.type;
-    out.broken = entry.type == "Unknown";
+    out.broken = entry.type == QELElement::Unknown;
     out.described = entry;
     return true;
 }
@@ -117,7 +118,7 @@ namespace {
 
 bool elementMatches(const std::string& element, const QELExpectedEntry& expected) {
     if (!expected.element.empty()) return element == expected.element;
-    if (expected.documentType == EnumDocumentType_Unset) return element == "Unknown";
+    if (expected.documentType == EnumDocumentType_Unset) return element == QELElement::Unknown;
     return CV5CAAToolsDesc::getDocumentTypeFromBalise(element) == expected.documentType;
 }
 

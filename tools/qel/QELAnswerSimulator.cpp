@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "QELAnswerNames.h"
+#include "QELElementNames.h"
 
 namespace {
 
@@ -14,8 +15,9 @@ constexpr std::string_view kRevision = "A";
 bool isKnown(std::string_view value) { return !value.empty() && value != "ERROR"; }
 
 bool isBroken(const QELDescriptionEntry& entry) {
-    if (entry.type == "Unknown") return true;
-    for (const char* name : {"Part_Number", "DST_UID", "ItemRev_UID", "File_Name"})
+    if (entry.type == QELElement::Unknown) return true;
+    for (const char* name :
+         {QELElement::Part_Number, QELElement::DST_UID, QELElement::ItemRev_UID, QELElement::File_Name})
         if (entry.value(name) == "ERROR") return true;
     return false;
 }
@@ -23,9 +25,9 @@ bool isBroken(const QELDescriptionEntry& entry) {
 // Workspace blocks name no parent and carry no instance name; occurrence
 // blocks do, whichever process wrote them.
 bool isOccurrence(const QELDescriptionEntry& entry) {
-    if (entry.has("InstanceName")) return true;
-    for (const char* name :
-         {"Parent_Part_Number", "Parent_Instance_Name", "Parent_Doc_Name", "Parent_DST_UID", "Parent_ItemRev_UID"})
+    if (entry.has(QELElement::InstanceName)) return true;
+    for (const char* name : {QELElement::Parent_Part_Number, QELElement::Parent_Instance_Name,
+                             QELElement::Parent_Doc_Name, QELElement::Parent_DST_UID, QELElement::Parent_ItemRev_UID})
         if (isKnown(entry.value(name))) return true;
     return false;
 }
@@ -87,7 +89,7 @@ bool QELAnswerSimulator::run(const std::string& descriptionPath, const std::stri
         if (std::filesystem::is_regular_file(answerPath, ignoredError)) std::remove(answerPath.c_str());
         return false;
     }
-    _out.closeTag("DESCFILE");
+    _out.closeTag(QELElement::DESCFILE);
     if (!_out.close(error)) {
         error = answerPath + ": " + error;
         _writeFailed = true;
@@ -99,23 +101,23 @@ bool QELAnswerSimulator::run(const std::string& descriptionPath, const std::stri
 void QELAnswerSimulator::writeHeader(const QELDescriptionScanner& scanner, long count) {
     std::string saveDesignTables = "1";
     for (const auto& [name, value] : scanner.options())
-        if (name == "SaveDesignTables" && value == "0") saveDesignTables = "0";
+        if (name == QELElement::SaveDesignTables && value == "0") saveDesignTables = "0";
 
     _out.line("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>");
-    _out.openTag("DESCFILE");
-    _out.openTag("Options");
-    _out.leaf("SaveDesignTables", saveDesignTables);
+    _out.openTag(QELElement::DESCFILE);
+    _out.openTag(QELElement::Options);
+    _out.leaf(QELElement::SaveDesignTables, saveDesignTables);
     _out.leaf("UpdateStatusIcons", "1");
     _out.leaf("ReloadModifiedDocuments", "0");
-    _out.closeTag("Options");
-    _out.leaf("NBElements", count);
+    _out.closeTag(QELElement::Options);
+    _out.leaf(QELElement::NBElements, count);
 }
 
 const QELAnswerSimulator::ItemAnswer& QELAnswerSimulator::itemFor(const QELDescriptionEntry& entry) {
     // One document is one item revision, however many entries show it.
-    std::string key(entry.value("File_Name"));
-    if (key.empty()) key = entry.value("Part_Number");
-    if (key.empty()) key = entry.value("POINTER_ADDRESS");
+    std::string key(entry.value(QELElement::File_Name));
+    if (key.empty()) key = entry.value(QELElement::Part_Number);
+    if (key.empty()) key = entry.value(QELElement::POINTER_ADDRESS);
     if (key.empty()) key = "#" + std::to_string(entry.openedOn);
 
     auto [found, inserted] = _items.try_emplace(key);
@@ -124,17 +126,17 @@ const QELAnswerSimulator::ItemAnswer& QELAnswerSimulator::itemFor(const QELDescr
 
     item.ordinal = static_cast<long>(_items.size());
     item.itemId = qelAnswerItemId(item.ordinal);
-    const std::string_view partNumber = entry.value("Part_Number");
+    const std::string_view partNumber = entry.value(QELElement::Part_Number);
     item.partNumber = partNumber.empty() ? item.itemId : std::string(partNumber);
-    const std::string_view revisionUid = entry.value("ItemRev_UID");
+    const std::string_view revisionUid = entry.value(QELElement::ItemRev_UID);
     item.itemRevUid = isKnown(revisionUid) ? std::string(revisionUid) : qelAnswerUid("IR", item.ordinal, key);
-    const std::string_view datasetUid = entry.value("DST_UID");
+    const std::string_view datasetUid = entry.value(QELElement::DST_UID);
     item.datasetUid = isKnown(datasetUid) ? std::string(datasetUid) : qelAnswerUid("DS", item.ordinal, key);
-    const std::string_view namedRefUid = entry.value("NamedRef_UID");
-    const bool unmodified = entry.value("Modified_Flag") == "0";
+    const std::string_view namedRefUid = entry.value(QELElement::NamedRef_UID);
+    const bool unmodified = entry.value(QELElement::Modified_Flag) == "0";
     item.namedRefUid =
         isKnown(namedRefUid) && unmodified ? std::string(namedRefUid) : qelAnswerUid("NR", item.ordinal, key);
-    if (const std::string_view fileName = entry.value("File_Name"); !fileName.empty())
+    if (const std::string_view fileName = entry.value(QELElement::File_Name); !fileName.empty())
         item.fileName = derivedName(item, "", fileName);
     return item;
 }
@@ -146,10 +148,12 @@ std::string QELAnswerSimulator::derivedName(const ItemAnswer& item, const std::s
 
 void QELAnswerSimulator::answerEntry(const QELDescriptionEntry& entry) {
     _out.openTag(entry.type);
-    _out.openTag("Item_Info");
+    _out.openTag(QELElement::Item_Info);
     // Without a POINTER_ADDRESS the reader places an entry by its parent.
-    if (entry.has("POINTER_ADDRESS")) _out.leaf("POINTER_ADDRESS", entry.value("POINTER_ADDRESS"));
-    else if (entry.has("Parent_ItemRev_UID")) _out.leaf("Parent_ItemRev_UID", entry.value("Parent_ItemRev_UID"));
+    if (entry.has(QELElement::POINTER_ADDRESS))
+        _out.leaf(QELElement::POINTER_ADDRESS, entry.value(QELElement::POINTER_ADDRESS));
+    else if (entry.has(QELElement::Parent_ItemRev_UID))
+        _out.leaf(QELElement::Parent_ItemRev_UID, entry.value(QELElement::Parent_ItemRev_UID));
 
     if (!isBroken(entry)) {
         const ItemAnswer& item = itemFor(entry);
@@ -157,61 +161,62 @@ void QELAnswerSimulator::answerEntry(const QELDescriptionEntry& entry) {
         _shapeIndex = 0;
         _fileIndex = 0;
         writeOccurrence(entry, item);
-        _out.leaf("Part_Number", item.partNumber);
-        _out.leaf("Item_ID", item.itemId);
-        _out.leaf("ItemRev_ID", kRevision);
-        _out.leaf("ItemRev_UID", item.itemRevUid);
+        _out.leaf(QELElement::Part_Number, item.partNumber);
+        _out.leaf(QELElement::Item_ID, item.itemId);
+        _out.leaf(QELElement::ItemRev_ID, kRevision);
+        _out.leaf(QELElement::ItemRev_UID, item.itemRevUid);
         writeDataset(entry, item);
-        if (entry.has("Type")) _out.leaf("Type", entry.value("Type"));
+        if (entry.has(QELElement::Type)) _out.leaf(QELElement::Type, entry.value(QELElement::Type));
         writeMapping(entry, item);
         writeSecondaries(entry, item);
-        if (const QELDescriptionElement* shapes = entry.find("Shapes")) writeShapes(entry, *shapes, item);
-        if (const QELDescriptionElement* components = entry.find("Components")) writeShapes(entry, *components, item);
+        if (const QELDescriptionElement* shapes = entry.find(QELElement::Shapes)) writeShapes(entry, *shapes, item);
+        if (const QELDescriptionElement* components = entry.find(QELElement::Components))
+            writeShapes(entry, *components, item);
         writeExternals(entry, item);
         writeComposites(entry, item);
-        _out.leaf("Mask", 0L);
-        const bool renamed = !item.fileName.empty() && item.fileName != entry.value("File_Name");
-        _out.leaf("Update_Flag", renamed ? 1L : 0L);
+        _out.leaf(QELElement::Mask, 0L);
+        const bool renamed = !item.fileName.empty() && item.fileName != entry.value(QELElement::File_Name);
+        _out.leaf(QELElement::Update_Flag, renamed ? 1L : 0L);
         // A negative Check_Action is the writer's "unset".
-        const std::string_view checkAction = entry.value("Check_Action");
+        const std::string_view checkAction = entry.value(QELElement::Check_Action);
         const bool set = !checkAction.empty() && checkAction.front() != '-';
-        _out.leaf("Check_Action", set ? checkAction : std::string_view("0"));
+        _out.leaf(QELElement::Check_Action, set ? checkAction : std::string_view("0"));
     }
-    _out.closeTag("Item_Info");
+    _out.closeTag(QELElement::Item_Info);
     _out.closeTag(entry.type);
 }
 
 void QELAnswerSimulator::writeOccurrence(const QELDescriptionEntry& entry, const ItemAnswer& item) {
     if (!isOccurrence(entry)) return;
-    const std::string_view described = entry.value("Occ_UID");
+    const std::string_view described = entry.value(QELElement::Occ_UID);
     if (isKnown(described)) {
-        _out.leaf("Occ_UID", described);
+        _out.leaf(QELElement::Occ_UID, described);
         return;
     }
-    const std::string key = item.itemId + "/" + std::string(entry.value("Parent_Instance_Name")) + "/" +
-                            std::string(entry.value("InstanceName"));
-    _out.leaf("Occ_UID", qelAnswerUid("OC", ++_occurrences, key));
-    _out.leaf("Occ_CreatedFlag", 1L);
+    const std::string key = item.itemId + "/" + std::string(entry.value(QELElement::Parent_Instance_Name)) + "/" +
+                            std::string(entry.value(QELElement::InstanceName));
+    _out.leaf(QELElement::Occ_UID, qelAnswerUid("OC", ++_occurrences, key));
+    _out.leaf(QELElement::Occ_CreatedFlag, 1L);
 }
 
 void QELAnswerSimulator::writeDataset(const QELDescriptionEntry& entry, const ItemAnswer& item) {
-    _out.leaf("DST_UID", item.datasetUid);
-    if (entry.has("DST_Version")) {
-        _out.leaf("DST_Version", qelNextVersion(entry.value("DST_Version")));
-        if (entry.has("Date_Last_Modification"))
-            _out.leaf("Date_Last_Modification", entry.value("Date_Last_Modification"));
+    _out.leaf(QELElement::DST_UID, item.datasetUid);
+    if (entry.has(QELElement::DST_Version)) {
+        _out.leaf(QELElement::DST_Version, qelNextVersion(entry.value(QELElement::DST_Version)));
+        if (entry.has(QELElement::Date_Last_Modification))
+            _out.leaf(QELElement::Date_Last_Modification, entry.value(QELElement::Date_Last_Modification));
     } else {
-        _out.leaf("NamedRef_UID", item.namedRefUid);
+        _out.leaf(QELElement::NamedRef_UID, item.namedRefUid);
     }
     if (item.fileName.empty()) return;
-    _out.leaf("File_Name", item.fileName);
-    _out.leaf("Old_File_Name", entry.value("File_Name"));
+    _out.leaf(QELElement::File_Name, item.fileName);
+    _out.leaf(QELElement::Old_File_Name, entry.value(QELElement::File_Name));
 }
 
 void QELAnswerSimulator::writeMapping(const QELDescriptionEntry& entry, const ItemAnswer& item) {
     std::vector<std::string_view> strings; // name, value, name, value, ...
-    if (const QELDescriptionElement* block = entry.find("Mapping_Attribut")) {
-        for (const std::vector<std::string_view>& attribute : childGroups(entry, *block, "Attribut"))
+    if (const QELDescriptionElement* block = entry.find(QELElement::Mapping_Attribut)) {
+        for (const std::vector<std::string_view>& attribute : childGroups(entry, *block, QELElement::Attribut))
             strings.push_back(attribute.empty() ? std::string_view() : attribute.front());
         if (strings.size() % 2 != 0) strings.pop_back();
     }
@@ -225,18 +230,18 @@ void QELAnswerSimulator::writeMapping(const QELDescriptionEntry& entry, const It
     add("pdm_revision", kRevision);
     add("pdm_status", "Working");
 
-    _out.openTag("Mapping_Attribut");
-    _out.leaf("NBElements", static_cast<long>(strings.size()));
-    for (std::string_view text : strings) _out.leaf("Attribut", text);
-    _out.closeTag("Mapping_Attribut");
+    _out.openTag(QELElement::Mapping_Attribut);
+    _out.leaf(QELElement::NBElements, static_cast<long>(strings.size()));
+    for (std::string_view text : strings) _out.leaf(QELElement::Attribut, text);
+    _out.closeTag(QELElement::Mapping_Attribut);
 }
 
 void QELAnswerSimulator::writeSecondaries(const QELDescriptionEntry& entry, const ItemAnswer& item) {
-    const QELDescriptionElement* block = entry.find("secondaries");
+    const QELDescriptionElement* block = entry.find(QELElement::secondaries);
     if (!block) return;
-    const auto groups = childGroups(entry, *block, "secondary");
-    _out.openTag("secondaries");
-    _out.leaf("NBElements", static_cast<long>(groups.size()));
+    const auto groups = childGroups(entry, *block, QELElement::secondary);
+    _out.openTag(QELElement::secondaries);
+    _out.leaf(QELElement::NBElements, static_cast<long>(groups.size()));
     // Described: path, "", part number, dataset UID, named reference UID,
     // true/false, mask. Answered: path, new file name, dataset UID, part
     // number, new named reference UID, 1/0, mask.
@@ -244,7 +249,7 @@ void QELAnswerSimulator::writeSecondaries(const QELDescriptionEntry& entry, cons
         lines.resize(7);
         const std::string index = std::to_string(++_secondaryIndex);
         const std::string key = item.itemId + "/S" + index + "/" + std::string(lines[0]);
-        _out.openTag("secondary");
+        _out.openTag(QELElement::secondary);
         _out.line(lines[0]);
         _out.line(derivedName(item, "_S" + index, lines[0]));
         _out.line(isKnown(lines[3]) ? std::string(lines[3]) : qelAnswerUid("DS", item.ordinal, key));
@@ -253,9 +258,9 @@ void QELAnswerSimulator::writeSecondaries(const QELDescriptionEntry& entry, cons
         _out.line(lines[5] == "true" || lines[5] == "1" ? "1" : "0");
         // A negative mask is the writer's "unset": the PDM side gives a status.
         _out.line(lines[6].empty() || lines[6].front() == '-' ? std::string_view("0") : lines[6]);
-        _out.closeTag("secondary");
+        _out.closeTag(QELElement::secondary);
     }
-    _out.closeTag("secondaries");
+    _out.closeTag(QELElement::secondaries);
 }
 
 void QELAnswerSimulator::writeShapes(const QELDescriptionEntry& entry, const QELDescriptionElement& block,
@@ -283,40 +288,40 @@ void QELAnswerSimulator::writeShapeRepresentation(const std::vector<std::string_
     lines.resize(6);
     const std::string index = std::to_string(++_shapeIndex);
     const std::string key = item.itemId + "/SR" + index + "/" + std::string(lines[2]);
-    _out.openTag("SR");
+    _out.openTag(QELElement::SR);
     _out.line("");
     _out.line(derivedName(item, "_SR" + index, lines[1]));
     _out.line(lines[2]);
     _out.line(isKnown(lines[3]) ? std::string(lines[3]) : qelAnswerUid("DS", item.ordinal, key));
     _out.line(qelAnswerUid("NR", item.ordinal, key));
     _out.line(lines[5]);
-    _out.closeTag("SR");
+    _out.closeTag(QELElement::SR);
 }
 
 void QELAnswerSimulator::writeExternals(const QELDescriptionEntry& entry, const ItemAnswer& item) {
-    const QELDescriptionElement* block = entry.find("Externals");
+    const QELDescriptionElement* block = entry.find(QELElement::Externals);
     if (!block) return;
     // Described: the old name and an empty line. Answered: old and new name.
-    const auto groups = childGroups(entry, *block, "Attribut");
-    _out.openTag("Externals");
-    _out.leaf("NBElements", static_cast<long>(groups.size()));
+    const auto groups = childGroups(entry, *block, QELElement::Attribut);
+    _out.openTag(QELElement::Externals);
+    _out.leaf(QELElement::NBElements, static_cast<long>(groups.size()));
     for (const std::vector<std::string_view>& lines : groups) {
         const std::string_view old = lines.empty() ? std::string_view() : lines.front();
-        _out.openTag("Attribut");
+        _out.openTag(QELElement::Attribut);
         _out.line(old);
         _out.line(old.empty() ? std::string() : derivedName(item, "_X" + std::to_string(++_fileIndex), old));
-        _out.closeTag("Attribut");
+        _out.closeTag(QELElement::Attribut);
     }
-    _out.closeTag("Externals");
+    _out.closeTag(QELElement::Externals);
 }
 
 void QELAnswerSimulator::writeComposites(const QELDescriptionEntry& entry, const ItemAnswer& item) {
-    const QELDescriptionElement* block = entry.find("PartComposites");
+    const QELDescriptionElement* block = entry.find(QELElement::PartComposites);
     if (!block) return;
     // The stacking, plies group and sequence levels are copied; a ply keeps
     // its name and gets new 3D and 2D representation file names in place of
     // the described paths and values.
-    _out.openTag("PartComposites");
+    _out.openTag(QELElement::PartComposites);
     for (size_t i = block->begin; i < block->end; ++i) {
         if (entry.line(i) != "<Ply>") {
             _out.line(entry.line(i));
@@ -328,15 +333,15 @@ void QELAnswerSimulator::writeComposites(const QELDescriptionEntry& entry, const
             return i + offset < end ? entry.line(i + offset) : std::string_view();
         };
         const std::string index = std::to_string(++_fileIndex);
-        _out.openTag("Ply");
+        _out.openTag(QELElement::Ply);
         _out.line(described(1));
         for (size_t offset : {2u, 3u}) {
             const std::string_view path = described(offset);
             _out.line(path.empty() ? std::string()
                                    : derivedName(item, "_P" + index + (offset == 2 ? "_3D" : "_2D"), path));
         }
-        _out.closeTag("Ply");
+        _out.closeTag(QELElement::Ply);
         i = end;
     }
-    _out.closeTag("PartComposites");
+    _out.closeTag(QELElement::PartComposites);
 }

@@ -4,35 +4,20 @@
 #include "QELDocument.h"
 #include "QELFile.h"
 #include "QELItem.h"
-#include "QELUtilities.h"
+#include "QELLinkType.h"
+#include "QELLookups.h"
 #include "QELWorkSpace.h"
 
-namespace {
-
-template <typename T> T* firstOf(TYPMapCATUnicodeStringPVoid* map) {
-    return map ? static_cast<T*>(map->first()) : nullptr;
-}
-
-} // namespace
-
-QELDocument* qelFirstDocument(const QELItem* item) {
-    auto* component = item ? firstOf<QELComponent>(item->getChildrenComponents(11)) : nullptr;
-    return component && component->isAKindOf("QELDOCUMENT_CLASSNAME") ? static_cast<QELDocument*>(component) : nullptr;
-}
-
-QELFile* qelFirstFile(const QELDocument* document) {
-    return document ? firstOf<QELFile>(
-                          document->getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(document->getType())))
-                    : nullptr;
-}
+using QELLookups::firstDocument;
+using QELLookups::firstFile;
 
 bool qelDescribedObjects(QELComponent* component, QELDescribedObjects& out) {
     if (component->isAbsolute()) {
         auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
         out.kind = "occurrence";
         out.item = occurrence->getLinkedItem();
-        out.document = qelFirstDocument(out.item);
-        out.file = qelFirstFile(out.document);
+        out.document = firstDocument(out.item);
+        out.file = firstFile(out.document);
     } else if (component->isWorkSpace()) {
         auto* workspace = static_cast<QELWorkSpace*>(component);
         out.kind = "workspace";
@@ -42,8 +27,9 @@ bool qelDescribedObjects(QELComponent* component, QELDescribedObjects& out) {
     } else if (component->isAKindOf("QELDOCUMENT_CLASSNAME")) {
         out.kind = "document";
         out.document = static_cast<QELDocument*>(component);
-        out.item = firstOf<QELItem>(out.document->getLinkedItems("LINKNAME_PARENT"));
-        out.file = qelFirstFile(out.document);
+        TYPMapCATUnicodeStringPVoid* items = out.document->getLinkedItems(QELLinkType::LINKNAME_PARENT);
+        out.item = items ? static_cast<QELItem*>(items->first()) : nullptr;
+        out.file = firstFile(out.document);
     } else {
         return false;
     }

@@ -7,12 +7,9 @@ class QELFile;
 class QELItem;
 
 // The objects whose fields the writer puts into a component's entry, found
-// with the writer's own look-ups, so that what qel calls "described" is what
-// the description holds: an item's first document (link 11) and a
+// with the writer's own look-ups (QELLookups), so that what qel calls
+// "described" is what the description holds: an item's first document and a
 // document's first file under its own type's reference.
-QELDocument* qelFirstDocument(const QELItem* item);
-QELFile* qelFirstFile(const QELDocument* document);
-
 struct QELDescribedObjects {
     QELItem* item = nullptr;
     QELDocument* document = nullptr;

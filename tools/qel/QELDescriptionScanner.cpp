@@ -1,5 +1,6 @@
 #include "QELDescriptionScanner.h"
 
+#include "QELElementNames.h"
 #include "QELFrameLine.h"
 
 std::string_view QELDescriptionEntry::name(const QELDescriptionElement& element) const {
@@ -59,10 +60,10 @@ bool QELDescriptionScanner::readHeader(std::string& error) {
     }
     while (nextLine(line)) {
         const QELFrameLine frame = qelClassifyLine(line);
-        if (frame.kind == QELLineKind::Open && frame.name == "Options") {
+        if (frame.kind == QELLineKind::Open && frame.name == QELElement::Options) {
             if (!readOptions(error)) return false;
-        } else if (frame.kind == QELLineKind::Open && frame.name == "NBElements") {
-            if (!skipTo("NBElements", _line, error)) return false;
+        } else if (frame.kind == QELLineKind::Open && frame.name == QELElement::NBElements) {
+            if (!skipTo(QELElement::NBElements, _line, error)) return false;
         } else if (frame.kind == QELLineKind::Value) {
             return fail(_line, "expected an element under <DESCFILE>, found a value line", error);
         } else {
@@ -70,7 +71,7 @@ bool QELDescriptionScanner::readHeader(std::string& error) {
             return true;
         }
     }
-    return endOfFile("DESCFILE", 2, error);
+    return endOfFile(QELElement::DESCFILE, 2, error);
 }
 
 bool QELDescriptionScanner::readOptions(std::string& error) {
@@ -78,7 +79,7 @@ bool QELDescriptionScanner::readOptions(std::string& error) {
     std::string_view line;
     while (nextLine(line)) {
         const QELFrameLine frame = qelClassifyLine(line);
-        if (frame.kind == QELLineKind::Close && frame.name == "Options") return true;
+        if (frame.kind == QELLineKind::Close && frame.name == QELElement::Options) return true;
         if (frame.kind != QELLineKind::Open) {
             return fail(_line, "expected an option's tag inside <Options>", error);
         }
@@ -98,7 +99,7 @@ bool QELDescriptionScanner::readOptions(std::string& error) {
         }
         _options.emplace_back(std::move(name), std::move(value));
     }
-    return endOfFile("Options", openedOn, error);
+    return endOfFile(QELElement::Options, openedOn, error);
 }
 
 bool QELDescriptionScanner::skipTo(std::string_view name, long openedOn, std::string& error) {
@@ -152,9 +153,9 @@ bool QELDescriptionScanner::readElement(QELDescriptionEntry& entry, std::string_
 
 bool QELDescriptionScanner::nextEntry(QELDescriptionEntry& entry, std::string& error) {
     std::string_view line;
-    if (!nextLine(line)) return endOfFile("DESCFILE", 2, error);
+    if (!nextLine(line)) return endOfFile(QELElement::DESCFILE, 2, error);
     QELFrameLine frame = qelClassifyLine(line);
-    if (frame.kind == QELLineKind::Close && frame.name == "DESCFILE") return false;
+    if (frame.kind == QELLineKind::Close && frame.name == QELElement::DESCFILE) return false;
     if (frame.kind != QELLineKind::Open) {
         return fail(_line, "expected an entry's opening tag under <DESCFILE>", error);
     }
@@ -168,9 +169,9 @@ bool QELDescriptionScanner::nextEntry(QELDescriptionEntry& entry, std::string& e
     }
     const long itemInfoLine = _line;
     while (true) {
-        if (!nextLine(line)) return endOfFile("Item_Info", itemInfoLine, error);
+        if (!nextLine(line)) return endOfFile(QELElement::Item_Info, itemInfoLine, error);
         frame = qelClassifyLine(line);
-        if (frame.kind == QELLineKind::Close && frame.name == "Item_Info") break;
+        if (frame.kind == QELLineKind::Close && frame.name == QELElement::Item_Info) break;
         if (frame.kind != QELLineKind::Open) {
             return fail(_line, "expected an element inside <Item_Info> opened on line " +
                     std::to_string(itemInfoLine), error);
@@ -193,7 +194,7 @@ bool QELDescriptionScanner::countEntries(long& count, std::string& error) {
             open.emplace_back(frame.name, _line);
         } else if (frame.kind == QELLineKind::Close) {
             if (open.empty()) {
-                if (frame.name == "DESCFILE") return true;
+                if (frame.name == QELElement::DESCFILE) return true;
                 return fail(_line, "</" + std::string(frame.name) + "> closes <DESCFILE>", error);
             }
             if (frame.name != open.back().first) {
@@ -204,5 +205,5 @@ bool QELDescriptionScanner::countEntries(long& count, std::string& error) {
         }
     }
     if (!open.empty()) return endOfFile(open.back().first, open.back().second, error);
-    return endOfFile("DESCFILE", 2, error);
+    return endOfFile(QELElement::DESCFILE, 2, error);
 }

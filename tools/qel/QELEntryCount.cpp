@@ -4,18 +4,24 @@
 #include <map>
 #include <unordered_set>
 
-#include "CV5CAAQELDocument.h"
-#include "CV5CAAQELWorkSpace.h"
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
+#include "QELDMToXMLTraversal.h"
 #include "QELDescribedObjects.h"
 #include "QELEntryFields.h"
+#include "QELEscape.h"
 #include "QELFile.h"
 #include "QELHandleTable.h"
 #include "QELItem.h"
+#include "QELLookups.h"
 #include "QELSession.h"
-#include "QELEscape.h"
 #include "QELWorkSpace.h"
+
+using QELDMToXMLTraversal::countsItself;
+using QELDMToXMLTraversal::isLeftOut;
+using QELDMToXMLTraversal::isVisibleDesignTable;
+using QELLookups::firstDocument;
+using QELLookups::firstFile;
 
 namespace {
 
@@ -31,42 +37,6 @@ const char* const kIncomplete = "counted, not written: a component without the i
 const char* const kHiddenCurrent = "written, not counted: the current workspace and its "
                                    "occurrences, described even when it is not visible or "
                                    "ignored, counted only when it is visible";
-
-bool isLeftOut(const QELComponent* node) {
-    return node->getBooleanProperty("IsAnIgnoreNode") ||
-           (PROCManager::manageInvisibleBrokenIcon() && node->getBooleanProperty("IsBrokenIcon"));
-}
-
-bool isVisibleDesignTable(QELDocument* document) {
-    if (!document->instanceOf("CV5CAAQELDOCUMENT_CLASSNAME")) return false;
-    auto* host = static_cast<CV5CAAQELDocument*>(document);
-    return host->getType() == EnumDocumentType_DesignTable && host->getDesignTableVisibility();
-}
-
-bool countsItself(const QELWorkSpace* workspace) {
-    return workspace->getBooleanProperty("IsVisible") && !workspace->getBooleanProperty("IsAnIgnoreNode");
-}
-
-class Counter {
-public:
-    std::unordered_map<uint64_t, long> counted;
-    long total = 0;
-
-    void add(const QELComponent* component) {
-        ++counted[component->get_Handle()];
-        ++total;
-    }
-
-    void workspace(QELWorkSpace* workspace) {
-        if (!workspace || !countsItself(workspace)) return;
-        add(workspace);
-        if (TYPMapCATUnicodeStringPVoid* occurrences = workspace->getLinkedAbsoluteOccurrences())
-            for (const auto& entry : *occurrences) {
-                auto* occurrence = static_cast<QELComponent*>(entry.object);
-                if (occurrence && !isLeftOut(occurrence)) add(occurrence);
-            }
-    }
-};
 
 bool underLeftOutAncestor(QELAbsoluteOccurrence* occurrence) {
     // The parent chain of a well-formed model is finite; the bound keeps a
@@ -99,16 +69,16 @@ bool lacksWhatItsDescriptionNeeds(QELComponent* component) {
     }
     if (!component->isAbsolute()) return false;
     auto* occurrence = static_cast<QELAbsoluteOccurrence*>(component);
-    QELDocument* document = qelFirstDocument(occurrence->getLinkedItem());
-    if (!qelFirstFile(document) || !occurrence->getLinkedRelativeOccurrence()) return true;
+    QELDocument* document = firstDocument(occurrence->getLinkedItem());
+    if (!firstFile(document) || !occurrence->getLinkedRelativeOccurrence()) return true;
     QELDocument* parentDocument = nullptr;
     if (QELAbsoluteOccurrence* parent = occurrence->getLinkedParentAbsoluteOccurrence()) {
-        parentDocument = qelFirstDocument(parent->getLinkedItem());
+        parentDocument = firstDocument(parent->getLinkedItem());
     } else if (QELWorkSpace* workspace = occurrence->getLinkedWorkSpace()) {
         if (!workspace->getItem()) return true;
         parentDocument = workspace->getLinkedDocument();
     }
-    return !qelFirstFile(parentDocument);
+    return !firstFile(parentDocument);
 }
 
 // A design table is described with its parent item and its file, and only
@@ -162,28 +132,17 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
     QELCountExplanation explanation;
     QELSession* session = QELSession::getInstance();
     QELWorkSpace* active = session->getActiveWorkSpace();
-    if (active && active->instanceOf("CV5CAAQELWORKSPACE_CLASSNAME") &&
-        static_cast<CV5CAAQELWorkSpace*>(active)->getWorkSpaceType() == EnumDocumentType_Catalog) {
+    CV5CAAQELWorkSpace* hostActive = QELLookups::hostWorkSpace(active);
+    if (hostActive && hostActive->getWorkSpaceType() == EnumDocumentType_Catalog) {
         explanation.catalog = true;
         return explanation;
     }
 
-    Counter counter;
-    if (PROCManager::isCommandSynchronizeActiveShapes()) {
-        counter.workspace(active);
-    } else {
-        if (TYPMapCATUnicodeStringPVoid* workspaces = session->getWorkSpaces())
-            for (const auto& entry : *workspaces) counter.workspace(static_cast<QELWorkSpace*>(entry.object));
-        const bool factory = PROCManager::isProcessStateDetailsFactory();
-        if (TYPMapCATUnicodeStringPVoid* documents = session->getDocuments())
-            for (const auto& entry : *documents) {
-                auto* document = static_cast<QELDocument*>(entry.object);
-                if (!document) continue;
-                if (isVisibleDesignTable(document)) counter.add(document);
-                if (factory && document->getBooleanProperty("IsSecondary")) counter.add(document);
-            }
-    }
-    explanation.counted = counter.total;
+    std::unordered_map<uint64_t, long> countedTimes;
+    QELDMToXMLTraversal::forEachCounted(session, [&](QELComponent* component) {
+        ++countedTimes[component->get_Handle()];
+        ++explanation.counted;
+    });
 
     // Rules in a fixed order, so that the note reads the same every run.
     std::map<std::string, QELCountReason> reasons;
@@ -198,7 +157,7 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
         reason.entries += entries;
     };
     // In handle order, so that the example of each rule is the same every run.
-    std::vector<std::pair<uint64_t, long>> counted(counter.counted.begin(), counter.counted.end());
+    std::vector<std::pair<uint64_t, long>> counted(countedTimes.begin(), countedTimes.end());
     std::vector<std::pair<uint64_t, long>> described(written.begin(), written.end());
     std::sort(counted.begin(), counted.end());
     std::sort(described.begin(), described.end());
@@ -212,15 +171,15 @@ QELCountExplanation qelExplainEntryCount(const std::unordered_map<uint64_t, long
     }
     const std::unordered_set<const QELComponent*> uncounted = uncountedCurrent(active);
     for (const auto& [handle, times] : described) {
-        const auto found = counter.counted.find(handle);
-        const long countedTimes = found == counter.counted.end() ? 0 : found->second;
-        if (times <= countedTimes) continue;
+        const auto found = countedTimes.find(handle);
+        const long timesCounted = found == countedTimes.end() ? 0 : found->second;
+        if (times <= timesCounted) continue;
         QELComponent* component = QELHandleTable::resolve(handle);
         if (!component) {
-            explanation.unexplained += times - countedTimes;
+            explanation.unexplained += times - timesCounted;
             continue;
         }
-        account(ruleOfWrittenNotCounted(component, uncounted), times - countedTimes, component);
+        account(ruleOfWrittenNotCounted(component, uncounted), times - timesCounted, component);
     }
     for (auto& [rule, reason] : reasons) explanation.reasons.push_back(std::move(reason));
     return explanation;

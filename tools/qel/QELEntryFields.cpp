@@ -1,13 +1,14 @@
 #include "QELEntryFields.h"
 
+#include "QELElementNames.h"
 #include "QELFrameLine.h"
 #include "QELLineReader.h"
 
 namespace {
 
-constexpr const char* kFieldNames[kQELEntryFieldCount] = {"POINTER_ADDRESS", "InstanceName", "Occ_UID",
-                                                          "Occ_CreatedFlag", "File_Name",    "Old_File_Name",
-                                                          "DST_UID",         "ItemRev_UID"};
+constexpr const char* kFieldNames[kQELEntryFieldCount] = {
+    QELElement::POINTER_ADDRESS, QELElement::InstanceName,  QELElement::Occ_UID, QELElement::Occ_CreatedFlag,
+    QELElement::File_Name,       QELElement::Old_File_Name, QELElement::DST_UID, QELElement::ItemRev_UID};
 
 int fieldOf(std::string_view name) {
     for (size_t i = 0; i < kQELEntryFieldCount; ++i)
@@ -15,7 +16,7 @@ int fieldOf(std::string_view name) {
     return -1;
 }
 
-bool isEntryElement(std::string_view name) { return name != "NBElements" && name != "Options"; }
+bool isEntryElement(std::string_view name) { return name != QELElement::NBElements && name != QELElement::Options; }
 
 } // namespace
 
@@ -31,7 +32,7 @@ void QELEntryFieldCollector::line(long number, std::string_view text) {
             _fields.type.assign(frame.name);
             _fields.present.fill(false);
         } else if (_inEntry && _depth == 2) {
-            _inItemInfo = frame.name == "Item_Info";
+            _inItemInfo = frame.name == QELElement::Item_Info;
         } else if (_inItemInfo && _depth == 3) {
             _awaiting = fieldOf(frame.name);
         }

@@ -4,17 +4,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "QELElementNames.h"
 #include "QELFrameLine.h"
 #include "QELLineReader.h"
 
 namespace {
 
 using Kind = QELFrameProblemKind;
-
-constexpr std::string_view kRoot = "DESCFILE";
-constexpr std::string_view kCount = "NBElements";
-constexpr std::string_view kOptions = "Options";
-constexpr std::string_view kItemInfo = "Item_Info";
 
 struct OpenElement {
     std::string name;
@@ -108,10 +104,10 @@ private:
     size_t depth() const { return _stack.size(); }
 
     void open(std::string_view name) {
-        if (depth() == 0 && name == kRoot) _sawRoot = true;
+        if (depth() == 0 && name == QELElement::DESCFILE) _sawRoot = true;
         bool isEntry = false;
-        if (depth() == 1 && _stack.front().name == kRoot) {
-            if (name == kCount) {
+        if (depth() == 1 && _stack.front().name == QELElement::DESCFILE) {
+            if (name == QELElement::NBElements) {
                 if (_countLine != 0)
                     problem(Kind::Count, _number, "a second NBElements under <DESCFILE>");
                 else if (_report.entries > 0)
@@ -119,7 +115,7 @@ private:
                             "NBElements after the first entry: the reader expects it before them");
                 else
                     _countLine = _number + 1;
-            } else if (name == kOptions) {
+            } else if (name == QELElement::Options) {
                 if (_report.entries > 0)
                     problem(Kind::Options, _number,
                             "Options after the first entry: the reader looks for it around NBElements only");
@@ -130,7 +126,7 @@ private:
         }
         if (!_stack.empty()) {
             OpenElement& parent = _stack.back();
-            if (parent.isEntry && !parent.hasChild && name != kItemInfo)
+            if (parent.isEntry && !parent.hasChild && name != QELElement::Item_Info)
                 problem(Kind::EntryStart, _number,
                         "entry <" + parent.name + "> opened on line " + std::to_string(parent.line) +
                             " does not begin with <Item_Info>");
@@ -160,7 +156,7 @@ private:
                         "> as its value");
         else if (closing.isEntry && !closing.hasChild)
             problem(Kind::EntryStart, closing.line, "entry <" + closing.name + "> holds no <Item_Info>");
-        if (closing.name == kRoot && _stack.size() == 1) _rootClosed = true;
+        if (closing.name == QELElement::DESCFILE && _stack.size() == 1) _rootClosed = true;
         _stack.pop_back();
     }
 
@@ -183,14 +179,14 @@ private:
             return;
         }
         OpenElement& parent = _stack.back();
-        if (depth() == 1 && parent.name == kRoot) {
+        if (depth() == 1 && parent.name == QELElement::DESCFILE) {
             problem(Kind::ValueUnderRoot, _number, "a value line directly under <DESCFILE>: " + quoted(text));
         } else if (parent.isEntry && !parent.hasChild) {
             problem(Kind::EntryStart, _number,
                     "entry <" + parent.name + "> opened on line " + std::to_string(parent.line) +
                         " does not begin with <Item_Info>");
             parent.hasChild = true;
-        } else if (_countLine == _number && parent.name == kCount) {
+        } else if (_countLine == _number && parent.name == QELElement::NBElements) {
             _countValid = parseCount(text, _announced);
             if (!_countValid) problem(Kind::Count, _number, "NBElements value " + quoted(text) + " is not a number");
         }

@@ -8,6 +8,7 @@
 #include "CV5CAAQELScene.h"
 #include "CV5CAAQELWorkSpace.h"
 #include "QELDocument.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELRelativeOccurrence.h"
 #include "QELScene.h"
@@ -15,8 +16,6 @@
 #include "QELSessionFileBuilder.h"
 
 namespace {
-
-const char* const kItemDocument = "LINKNAME_CHILD";
 
 // Far deeper than any real assembly; it keeps a hostile file from exhausting
 // the stack of the recursive build.
@@ -250,7 +249,8 @@ void qelBuildWorkspaces(const QELJson& workspaces, const QELJsonPath& path, QELS
         }
         workspace->setWorkSpaceDefaultDocument(defaultDocument ? defaultDocument : document);
         if (item) workspace->linkItem(item);
-        workspace->setItemDocLinkType(qelText(qelString(object, at, "itemDocumentReference", kItemDocument)));
+        workspace->setItemDocLinkType(
+            qelText(qelString(object, at, "itemDocumentReference", QELLinkType::LINKNAME_CHILD)));
         workspace->addBooleanProperty("IsVisible", qelBool(object, at, "visible", true));
         workspace->addIntegerProperty("WorkspaceIndex", qelInt(object, at, "index", static_cast<int>(i)));
         workspace->addIntegerProperty("FileType", type);

@@ -9,17 +9,13 @@
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
 #include "QELFile.h"
+#include "QELLinkType.h"
 #include "QELModelHeap.h"
 #include "QELSession.h"
 #include "QELSessionFileBuilder.h"
 #include "QELUtilities.h"
 
 namespace {
-
-// The reference under which an item and its documents point at each other,
-// as the host's command modules file them.
-const char* const kItemDocument = "LINKNAME_CHILD";
-const char* const kDocumentParent = "LINKNAME_PARENT";
 
 // What only a document of the CAD host answers; a plain model document
 // ("host": false) refuses them rather than dropping them.
@@ -135,9 +131,11 @@ QELDocument* buildDocument(const QELJson& object, const QELJsonPath& path, QELSe
     build.documents.add(name, document);
     if (qelBool(object, path, "registered", true)) QELSession::getInstance()->addDocument(document);
     if (item) {
-        item->linkDocument(kItemDocument, document);
-        document->linkItem(kItemDocument, item);
-        document->linkItem(kDocumentParent, item);
+        // The references under which an item and its documents point at each
+        // other, as the host's command modules file them.
+        item->linkDocument(QELLinkType::LINKNAME_CHILD, document);
+        document->linkItem(QELLinkType::LINKNAME_CHILD, item);
+        document->linkItem(QELLinkType::LINKNAME_PARENT, item);
         // The first document filed under an item is the one the host opens
         // for it, unless the item names another.
         if (!item->getItemDefaultDocument()) item->setItemDefaultDocument(document);

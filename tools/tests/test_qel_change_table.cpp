@@ -7,6 +7,7 @@
 #include "CATListValCATUnicodeString.h"
 #include "QELChangeTable.h"
 #include "QELDocument.h"
+#include "QELElementNames.h"
 #include "QELHandleTable.h"
 #include "QELItem.h"
 #include "QELModelHeap.h"
@@ -112,7 +113,7 @@ TEST_F(ChangeTableTest, ValuesOfEveryKindAreComparedAsText) {
     auto* document = QELModelHeap::adopt(new QELDocument("Bolt.CATPart"));
     const double identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0.1, 0, 0, 1};
     document->addMatrixProperty("RelativeMatrix", identity);
-    document->addDynamicProperty("Mapping_Attribut", "Material", "Steel", false);
+    document->addDynamicProperty(QELDocument::kMappingAttributes, "Material", "Steel", false);
     document->addStringArrayProperty("VtSkipped", "a");
     table.snapshot();
 
@@ -120,7 +121,7 @@ TEST_F(ChangeTableTest, ValuesOfEveryKindAreComparedAsText) {
     std::copy(identity, identity + 16, moved);
     moved[12] = 0.1 + 1e-16; // the last bit of a number is a change
     document->addMatrixProperty("RelativeMatrix", moved);
-    document->addDynamicProperty("Mapping_Attribut", "pdm_status", "Working", false);
+    document->addDynamicProperty(QELDocument::kMappingAttributes, "pdm_status", "Working", false);
     document->addStringArrayProperty("VtSkipped", "b");
 
     const std::vector<std::string> changes = lines();
@@ -170,8 +171,8 @@ TEST_F(ChangeTableTest, PrintedTableAndJson) {
     std::getline(lines, heading);
     std::getline(lines, first);
     std::getline(lines, second);
-    EXPECT_EQ(heading.find("PROPERTY") + 2, first.find("Item_ID")) << "two characters of two bytes each";
-    EXPECT_EQ(heading.find("PROPERTY") + 2, second.find("Nomenclature"));
+    EXPECT_EQ(heading.find("PROPERTY") + 2, first.find(QELElement::Item_ID)) << "two characters of two bytes each";
+    EXPECT_EQ(heading.find("PROPERTY") + 2, second.find(QELElement::Nomenclature));
     EXPECT_NE(first.find("(none)"), std::string::npos);
     EXPECT_NE(second.find("two\\nlines"), std::string::npos) << "a row stays on one line";
 

@@ -17,6 +17,7 @@
 #include "QELAnswerCrossCheck.h"
 #include "QELAnswerSimulator.h"
 #include "QELDMToXML.h"
+#include "QELElementNames.h"
 #include "QELEntryCount.h"
 #include "QELFrameCheck.h"
 #include "QELHandleTable.h"
@@ -166,8 +167,8 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
     const std::string good = readText(answer);
     // Entries 4 and 5 of the example: Bolt.2 and Bolt.1, occurrences of the
     // same part told apart only by their occurrence UIDs.
-    const std::string first = valueOf(good, "POINTER_ADDRESS", 4);
-    const std::string second = valueOf(good, "POINTER_ADDRESS", 5);
+    const std::string first = valueOf(good, QELElement::POINTER_ADDRESS, 4);
+    const std::string second = valueOf(good, QELElement::POINTER_ADDRESS, 5);
     ASSERT_FALSE(first.empty());
 
     struct Case {
@@ -179,27 +180,30 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
         {"two tokens swapped", [&](const std::string& t) { return swapped(t, first, second); },
          "Occ_UID \"u-blt2\", but occurrence \"Housing.1+++Bolt.1\""},
         {"a part's token on a product",
-         [&](const std::string& t) { return swapped(t, valueOf(t, "POINTER_ADDRESS", 0), first); },
+         [&](const std::string& t) { return swapped(t, valueOf(t, QELElement::POINTER_ADDRESS, 0), first); },
          "entry <CATProduct>, but"},
         {"a token of nothing",
-         [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, "FFFFFFFFFFFFFFFF"); },
+         [](const std::string& t) { return replaceValue(t, QELElement::POINTER_ADDRESS, 1, "FFFFFFFFFFFFFFFF"); },
          "POINTER_ADDRESS FFFFFFFFFFFFFFFF "},
         {"a token that is no handle",
-         [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, "not-hex"); },
+         [](const std::string& t) { return replaceValue(t, QELElement::POINTER_ADDRESS, 1, "not-hex"); },
          "POINTER_ADDRESS \"not-hex\" is not a handle"},
-        {"an empty token", [](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 1, ""); },
+        {"an empty token", [](const std::string& t) { return replaceValue(t, QELElement::POINTER_ADDRESS, 1, ""); },
          "POINTER_ADDRESS \"\" is not a handle"},
-        {"a token answered twice", [&](const std::string& t) { return replaceValue(t, "POINTER_ADDRESS", 5, first); },
+        {"a token answered twice",
+         [&](const std::string& t) { return replaceValue(t, QELElement::POINTER_ADDRESS, 5, first); },
          "is answered a second time"},
         {"a file name changed",
-         [](const std::string& t) { return replaceValue(t, "Old_File_Name", 2, "Other.CATPart"); },
+         [](const std::string& t) { return replaceValue(t, QELElement::Old_File_Name, 2, "Other.CATPart"); },
          "Old_File_Name \"Other.CATPart\", but"},
-        {"a dataset's identity changed", [](const std::string& t) { return replaceValue(t, "DST_UID", 0, "DST-X"); },
+        {"a dataset's identity changed",
+         [](const std::string& t) { return replaceValue(t, QELElement::DST_UID, 0, "DST-X"); },
          "DST_UID \"DST-X\", but"},
         {"an item revision's identity changed",
-         [](const std::string& t) { return replaceValue(t, "ItemRev_UID", 0, "UID-X"); }, "ItemRev_UID \"UID-X\", but"},
+         [](const std::string& t) { return replaceValue(t, QELElement::ItemRev_UID, 0, "UID-X"); },
+         "ItemRev_UID \"UID-X\", but"},
         {"a control byte is shown escaped",
-         [](const std::string& t) { return replaceValue(t, "Old_File_Name", 0, "\x1b[31mred"); },
+         [](const std::string& t) { return replaceValue(t, QELElement::Old_File_Name, 0, "\x1b[31mred"); },
          "Old_File_Name \"\\x1b[31mred\""},
     };
     for (const Case& c : cases) {
@@ -209,8 +213,8 @@ TEST_F(CrossCheckTest, EachTamperingIsCaughtAtItsLine) {
     }
     // What the PDM side may change passes: new identifiers where none was
     // described, a created occurrence UID, its own mapping attributes.
-    EXPECT_EQ(mismatches(replaceValue(good, "NamedRef_UID", 0, "NR-NEW")), "");
-    EXPECT_EQ(mismatches(replaceValue(good, "Item_ID", 0, "ITM-999999")), "");
+    EXPECT_EQ(mismatches(replaceValue(good, QELElement::NamedRef_UID, 0, "NR-NEW")), "");
+    EXPECT_EQ(mismatches(replaceValue(good, QELElement::Item_ID, 0, "ITM-999999")), "");
 }
 
 TEST_F(CrossCheckTest, ASessionReorderedAfterTheDescriptionIsRefused) {
@@ -281,7 +285,7 @@ TEST_F(CrossCheckTest, ACountThatDiffersByTheWritersRulesIsExplained) {
     std::string error;
     ASSERT_TRUE(qelWrittenTokens(description, written, error));
     uint64_t occurrence = 0;
-    ASSERT_TRUE(QELHandleTable::parse(valueOf(readText(description), "POINTER_ADDRESS", 1), occurrence));
+    ASSERT_TRUE(QELHandleTable::parse(valueOf(readText(description), QELElement::POINTER_ADDRESS, 1), occurrence));
     ASSERT_EQ(written.erase(occurrence), 1u);
     EXPECT_FALSE(qelExplainEntryCount(written).explains(18));
 }

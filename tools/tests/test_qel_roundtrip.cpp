@@ -18,6 +18,8 @@
 #include <vector>
 
 #include "CpuClock.h"
+#include "QELDocument.h"
+#include "QELElementNames.h"
 #include "ScratchDir.h"
 #include "SessionReset.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
@@ -218,7 +220,7 @@ public:
     // One failure per change the answer does not explain.
     void checkChange(const QELChange& change) const {
         static const std::set<std::string> kBookkeeping = {"Already_treated", "Old_Part_Number", "CatalogComp",
-                                                           "Mapping_Attribut"};
+                                                           QELDocument::kMappingAttributes};
         const std::string property(change.property);
         if (change.handle == 0) return; // the session takes the options
         const std::string where = std::string(change.component) + " " + property + ": " +
@@ -341,9 +343,9 @@ protected:
     Expectations expectations() {
         Expectations e;
         for (const QELDescriptionEntry& entry : answerEntries()) {
-            if (!entry.has("POINTER_ADDRESS")) continue; // placed by its parent: nothing to update
-            QELComponent* component = QELHandleTable::resolve(std::string(entry.value("POINTER_ADDRESS")));
-            EXPECT_NE(component, nullptr) << entry.value("POINTER_ADDRESS");
+            if (!entry.has(QELElement::POINTER_ADDRESS)) continue; // placed by its parent: nothing to update
+            QELComponent* component = QELHandleTable::resolve(std::string(entry.value(QELElement::POINTER_ADDRESS)));
+            EXPECT_NE(component, nullptr) << entry.value(QELElement::POINTER_ADDRESS);
             if (!component) continue;
             e.mention(component);
             const Targets t = targetsOf(component);
@@ -360,28 +362,29 @@ protected:
     static void expectKeys(Expectations& e, const QELDescriptionEntry& entry, const Targets& t) {
         auto value = [&entry](const char* key) { return std::string(entry.value(key)); };
         if (t.instance) {
-            if (entry.has("Occ_UID")) e.must(t.component, "Occ_UID", value("Occ_UID"));
-            if (entry.has("Occ_CreatedFlag"))
-                e.must(t.component, "Occ_CreatedFlag", value("Occ_CreatedFlag") == "1" ? "true" : "false");
+            if (entry.has(QELElement::Occ_UID)) e.must(t.component, "Occ_UID", value(QELElement::Occ_UID));
+            if (entry.has(QELElement::Occ_CreatedFlag))
+                e.must(t.component, "Occ_CreatedFlag", value(QELElement::Occ_CreatedFlag) == "1" ? "true" : "false");
         }
         for (const char* key : {"Item_ID", "ItemRev_ID", "Part_Number"})
             if (entry.has(key)) e.must(t.item, key, value(key));
-        if (t.instance && entry.has("ItemRev_UID")) e.must(t.item, "ItemRev_UID", value("ItemRev_UID"));
+        if (t.instance && entry.has(QELElement::ItemRev_UID))
+            e.must(t.item, "ItemRev_UID", value(QELElement::ItemRev_UID));
         for (const char* key : {"DST_UID", "DST_Version", "Date_Last_Modification"})
             if (entry.has(key)) e.must(t.document, key, value(key));
-        if (entry.has("File_Name")) {
-            e.must(t.file, "File_Name", value("File_Name"));
-            e.must(t.document, "ShortFileName", value("File_Name"));
+        if (entry.has(QELElement::File_Name)) {
+            e.must(t.file, "File_Name", value(QELElement::File_Name));
+            e.must(t.document, "ShortFileName", value(QELElement::File_Name));
         }
-        if (entry.has("Old_File_Name")) {
-            e.must(t.file, "Old_File_Name", value("Old_File_Name"));
-            e.must(t.document, "Doc_Old_File_Name", value("Old_File_Name"));
+        if (entry.has(QELElement::Old_File_Name)) {
+            e.must(t.file, "Old_File_Name", value(QELElement::Old_File_Name));
+            e.must(t.document, "Doc_Old_File_Name", value(QELElement::Old_File_Name));
         }
         // The first entry of a document decides these; an unset Check_Action
         // is only taken in saves.
-        if (entry.has("Update_Flag")) e.may(t.document, "Update_Flag", value("Update_Flag"));
-        if (entry.has("Check_Action")) e.may(t.document, "Check_Action", value("Check_Action"));
-        if (t.instance && entry.has("Mask")) e.may(t.component, "Mask", value("Mask"));
+        if (entry.has(QELElement::Update_Flag)) e.may(t.document, "Update_Flag", value(QELElement::Update_Flag));
+        if (entry.has(QELElement::Check_Action)) e.may(t.document, "Check_Action", value(QELElement::Check_Action));
+        if (t.instance && entry.has(QELElement::Mask)) e.may(t.component, "Mask", value(QELElement::Mask));
     }
 
     void expectBlocks(Expectations& e, const QELDescriptionEntry& entry, const Targets& t) {
@@ -391,15 +394,15 @@ protected:
         // only when it is a design table or a foreign file.
         const bool mapped =
             t.instance || document->getType() == EnumDocumentType_DesignTable || document->isAForeignFile();
-        const auto attributes = groups(entry, "Mapping_Attribut", "Attribut");
+        const auto attributes = groups(entry, QELElement::Mapping_Attribut, QELElement::Attribut);
         for (size_t i = 0; mapped && i + 1 < attributes.size(); i += 2)
-            e.pair(document, "Mapping_Attribut", attributes[i].at(0), attributes[i + 1].at(0));
+            e.pair(document, QELDocument::kMappingAttributes, attributes[i].at(0), attributes[i + 1].at(0));
         if (!t.instance) return;
 
         // Secondaries by the file name of their path: new file name, part
         // number, modified flag.
         std::unique_ptr<TYPVectorPQELLink> secondaries(document->getLinkedSecondaries());
-        for (const std::vector<std::string>& group : groups(entry, "secondaries", "secondary")) {
+        for (const std::vector<std::string>& group : groups(entry, QELElement::secondaries, QELElement::secondary)) {
             ASSERT_EQ(group.size(), 7u);
             CATUnicodeString directory, fileName;
             UTILFile::splitPathAndFileName(CATUnicodeString(group[0]), directory, fileName);
@@ -416,8 +419,8 @@ protected:
 
         // Shape representations: the dataset UID of each one named.
         std::unique_ptr<TYPVectorPQELLink> shapes(document->getLinkedAlternateShapeRepresentations());
-        expectShapes(e, groups(entry, "Shapes", "SR"), shapes.get());
-        if (const QELDescriptionElement* block = entry.find("Components")) {
+        expectShapes(e, groups(entry, QELElement::Shapes, QELElement::SR), shapes.get());
+        if (const QELDescriptionElement* block = entry.find(QELElement::Components)) {
             std::string name;
             for (size_t i = block->begin; i < block->end; ++i) {
                 if (entry.line(i) == "<ComponentName>") name = std::string(entry.line(i + 1));
@@ -440,7 +443,7 @@ protected:
         // External files, by their old name, when they are managed.
         if (PROCManager::manageExternalFiles()) {
             std::unique_ptr<TYPVectorPQELDocument> all(session->getAllQELDocuments());
-            for (const std::vector<std::string>& pair : groups(entry, "Externals", "Attribut")) {
+            for (const std::vector<std::string>& pair : groups(entry, QELElement::Externals, QELElement::Attribut)) {
                 ASSERT_EQ(pair.size(), 2u);
                 for (QELDocument* candidate : *all) {
                     if (latin1(candidate->getStringProperty("Doc_Old_File_Name")) != pair[0]) continue;
@@ -455,7 +458,7 @@ protected:
     // The plies the answer names in the primary document's composites tree
     // take their new 3D and 2D file names; a blank name changes nothing.
     void checkPlies(const QELDescriptionEntry& entry) {
-        const QELDescriptionElement* block = entry.find("PartComposites");
+        const QELDescriptionElement* block = entry.find(QELElement::PartComposites);
         if (!block || !ENVManager::isCompositeManaged()) return;
         CV5CAAQELDocument* primary = nullptr;
         std::unique_ptr<TYPVectorPQELDocument> all(session->getAllQELDocuments());
@@ -555,7 +558,7 @@ TEST_P(RoundTrip, OptionsPassTakesOptionsIdentifiersAndFlagsOnly) {
     }
     Expectations e;
     for (const QELDescriptionEntry& entry : answerEntries()) {
-        QELComponent* component = QELHandleTable::resolve(std::string(entry.value("POINTER_ADDRESS")));
+        QELComponent* component = QELHandleTable::resolve(std::string(entry.value(QELElement::POINTER_ADDRESS)));
         if (!component || !(component->isAbsolute() || component->isWorkSpace())) continue;
         const Targets t = targetsOf(component);
         e.mention(t.item);
@@ -565,7 +568,8 @@ TEST_P(RoundTrip, OptionsPassTakesOptionsIdentifiersAndFlagsOnly) {
             for (const char* key : {"Item_ID", "ItemRev_ID"})
                 if (entry.has(key)) e.must(t.item, key, std::string(entry.value(key)));
         }
-        if (entry.has("Update_Flag")) e.may(t.document, "Update_Flag", std::string(entry.value("Update_Flag")));
+        if (entry.has(QELElement::Update_Flag))
+            e.may(t.document, "Update_Flag", std::string(entry.value(QELElement::Update_Flag)));
     }
     e.checkArrived();
     table.diff([&](const QELChange& change) { e.checkChange(change); });

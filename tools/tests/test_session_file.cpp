@@ -20,6 +20,7 @@
 #include "QELFile.h"
 #include "QELHandleTable.h"
 #include "QELLink.h"
+#include "QELLinkType.h"
 #include "QELRelativeOccurrence.h"
 #include "QELSession.h"
 #include "QELSessionFile.h"
@@ -459,7 +460,7 @@ TEST_F(ExampleSessionTest, DocumentsCarryFilesHostAnswersAndRelations) {
     EXPECT_EQ(shaft->getDefaultFile()->getStringProperty("File_Name"), "Shaft.CATPart");
     EXPECT_EQ(shaft->getDocumentUID(), "DST-SHF-010");
     EXPECT_EQ(static_cast<CV5CAAQELItem*>(session->getItem("Shaft"))->getItemDefaultDocument(), shaft);
-    ASSERT_NE(shaft->getLinkedItems("LINKNAME_PARENT"), nullptr);
+    ASSERT_NE(shaft->getLinkedItems(QELLinkType::LINKNAME_PARENT), nullptr);
 
     // Design tables in file order, with what addDesignTable records and their link's values.
     std::unique_ptr<TYPVectorPQELDocument> tables(shaft->getLinkedDesignTables());

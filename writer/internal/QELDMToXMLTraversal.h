@@ -11,7 +11,10 @@
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELAbsoluteOccurrence.h"
+#include "QELDocument.h"
+#include "QELLookups.h"
 #include "QELSession.h"
+#include "QELWorkSpace.h"
 #include "TYPVector.h"
 
 namespace QELDMToXMLTraversal {
@@ -27,6 +30,55 @@ inline bool isLeftOut(const QELComponent* node) {
     if (!node) return true;
     if (node->getBooleanProperty("IsAnIgnoreNode")) return true;
     return PROCManager::manageInvisibleBrokenIcon() && node->getBooleanProperty("IsBrokenIcon");
+}
+
+// A design table that the host shows; only those are described.
+inline bool isVisibleDesignTable(QELComponent* document) {
+    CV5CAAQELDocument* host = QELLookups::hostDocument(document);
+    return host && host->getType() == EnumDocumentType_DesignTable && host->getDesignTableVisibility();
+}
+
+// Whether a workspace is counted, with its occurrences: visible and not ignored.
+inline bool countsItself(const QELWorkSpace* workspace) {
+    return workspace && workspace->getBooleanProperty("IsVisible") && !workspace->getBooleanProperty("IsAnIgnoreNode");
+}
+
+// Each component the ordinary export's header counts in a workspace, passed
+// to `count`: the workspace itself, then every occurrence not left out by
+// itself (one under a left-out node counts all the same).
+template <typename Count> void forEachCountedInWorkSpace(QELWorkSpace* workspace, Count count) {
+    if (!countsItself(workspace)) return;
+    count(static_cast<QELComponent*>(workspace));
+    TYPMapCATUnicodeStringPVoid* occurrences = workspace->getLinkedAbsoluteOccurrences();
+    if (!occurrences) return;
+    for (const auto& entry : *occurrences) {
+        auto* occurrence = static_cast<QELComponent*>(entry.object);
+        if (!isLeftOut(occurrence)) count(occurrence);
+    }
+}
+
+// Each component the ordinary export's header counts, once per time it
+// counts: the active workspace alone when synchronising the active shapes,
+// otherwise every workspace, every visible design table and, in the
+// state-details factory, every secondary document.
+template <typename Count> void forEachCounted(QELSession* session, Count count) {
+    if (!session) return;
+    if (PROCManager::isCommandSynchronizeActiveShapes()) {
+        forEachCountedInWorkSpace(session->getActiveWorkSpace(), count);
+        return;
+    }
+    if (TYPMapCATUnicodeStringPVoid* workspaces = session->getWorkSpaces())
+        for (const auto& entry : *workspaces)
+            forEachCountedInWorkSpace(static_cast<QELWorkSpace*>(entry.object), count);
+    TYPMapCATUnicodeStringPVoid* documents = session->getDocuments();
+    if (!documents) return;
+    const bool factory = PROCManager::isProcessStateDetailsFactory();
+    for (const auto& entry : *documents) {
+        auto* document = static_cast<QELDocument*>(entry.object);
+        if (!document) continue;
+        if (isVisibleDesignTable(document)) count(static_cast<QELComponent*>(document));
+        if (factory && document->getBooleanProperty("IsSecondary")) count(static_cast<QELComponent*>(document));
+    }
 }
 
 // Visits the descendants of `top` depth first, each node before its
