@@ -32,7 +32,7 @@ std::string occurrenceEntry(const std::string& pointer, const std::string& occUi
 
 // True when the journal says that the answer was not read to its end.
 bool reportedBadAnswer() {
-    for (const std::string& line : JNLManager::entries())
+    for (const std::string_view line : JNLManager::entries())
         for (const char* sign : {"Error while", "is missing", "designates no component", "holds fewer"})
             if (line.find(sign) != std::string::npos) return true;
     return false;
