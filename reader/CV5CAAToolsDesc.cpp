@@ -1,5 +1,7 @@
 #include "CV5CAAToolsDesc.h"
 
+#include <string_view>
+
 #include "QELElementNames.h"
 #include "UTILLineFile.h"
 
@@ -17,6 +19,12 @@ bool tagName(const std::string& line, std::string& name, bool& closing) {
 
 bool moveTo(UTILLineFile& file, long long from) { return from <= 0 || file.seek(from); }
 
+// Tag lines compared in place: the skip of a block reads every line of it.
+bool isTag(std::string_view line, std::string_view prefix, std::string_view name) {
+    return line.size() == prefix.size() + name.size() + 1 && line.back() == '>' &&
+           line.compare(0, prefix.size(), prefix) == 0 && line.compare(prefix.size(), name.size(), name) == 0;
+}
+
 } // namespace
 
 bool CV5CAAToolsDesc::searchClosingNode(UTILLineFile& file, const std::string& name, long long from, long long& pos) {
@@ -24,17 +32,15 @@ bool CV5CAAToolsDesc::searchClosingNode(UTILLineFile& file, const std::string& n
         pos = file.tell();
         return false;
     }
-    const std::string open = "<" + name + ">";
-    const std::string close = "</" + name + ">";
     // Started on the opening line or anywhere inside the element: either way
     // the element is one level deep once its first line is behind.
-    std::string line;
+    std::string_view line;
     long depth = 1;
     bool first = true;
     while (file.readLine(line)) {
-        if (line == open) {
+        if (isTag(line, "<", name)) {
             if (!first) ++depth;
-        } else if (line == close && --depth == 0) {
+        } else if (isTag(line, "</", name) && --depth == 0) {
             pos = file.tell();
             return true;
         }

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "CATUnicodeString.h"
@@ -16,6 +17,7 @@
 class CV5CAAQELDocument;
 class CV5CAAQELWorkSpace;
 class QELAbsoluteOccurrence;
+class QELAnswerEntry;
 class QELComponent;
 class QELDocument;
 class QELItem;
@@ -69,7 +71,7 @@ private:
     void moveTo(long long start);
     // The sibling search: true when the opening line of `name` is met among
     // the siblings that follow; the file then stands after it.
-    bool findSibling(const std::string& name, long long start, long long& pos);
+    bool findSibling(std::string_view name, long long start, long long& pos);
     bool getNodePosition(const char* name, long long start, long long& pos);
     // Value lines after the first get a line feed before and a blank after.
     bool getBaliseValueByName(long long start, const char* name, long long& pos, std::string& value);
@@ -82,7 +84,7 @@ private:
     static QELComponent* resolvePointer(const CATUnicodeString* token);
     // NBElements read at a block position stored in the entry map; -1 when
     // the block or the count is missing.
-    int readBlockCount(TYPMapCATUnicodeStringPVoid* map, const char* block, long long& pos);
+    int readBlockCount(const QELAnswerEntry* map, const char* block, long long& pos);
     // NBElements among the children that follow `start` (a block's content),
     // so that a block without a count never borrows a later block's; -1 when
     // the count is missing.
@@ -104,24 +106,16 @@ private:
         long long end = 0;
         bool complete = false; // its Item_Info closed
     };
-    // Reads the entry that begins at `start`, its values into `values` (made
-    // when null: then the caller's, owned as getValuesAndStore's map).
-    // False when it holds no Item_Info; `entry.end` is then where the search
-    // for its closing line starts.
-    bool readEntry(long long start, long long& pos, Entry& entry, TYPMapCATUnicodeStringPVoid*& values);
-    // `map` is made when null; the caller deletes it, its values first
-    // (clearEntryMap).
-    bool getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map, const char* endLine);
+    // Reads the entry that begins at `start`, its values into `values`
+    // (emptied first). False when it holds no Item_Info; `entry.end` is then
+    // where the search for its closing line starts.
+    bool readEntry(long long start, long long& pos, Entry& entry, QELAnswerEntry& values);
+    // Adds the values up to `endLine` to `values`; blocks are kept as the
+    // position of their content.
+    bool getValuesAndStore(long long start, long long& pos, QELAnswerEntry& values, std::string_view endLine);
     // `map` (running index -> component name -> SR list) is made when null;
     // caller deletes it with freeComponentsMap, which frees everything in it.
     bool getValuesAndStoreForComponents(long long start, long long& pos, TYPMapIntPVoid*& map);
-    // Frees the values of an entry map and empties it.
-    static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map);
-    // Files `value` under `key` unless the key is there already, in a value
-    // string kept from a past entry when there is one.
-    void storeValue(TYPMapCATUnicodeStringPVoid* map, const std::string& key, const std::string& value);
-    // Empties an entry map, keeping its value strings for the next entries.
-    void recycleEntryValues(TYPMapCATUnicodeStringPVoid* map);
     // Frees the shape sub-maps, their vectors and the map itself.
     static void freeComponentsMap(TYPMapIntPVoid* map);
 
@@ -135,23 +129,23 @@ private:
     // One complete entry applied to the model; false when it ends the
     // reading (an empty session meets an entry it does not take).
     bool applyEntry(QELSession* session, const ActiveDocument& active, const Entry& entry,
-                    TYPMapCATUnicodeStringPVoid* values);
+                    const QELAnswerEntry* values);
     // The document, occurrence or workspace the entry designates, updated;
     // `workspace` is the workspace updated, if any: owned by its maker (the
     // model heap for the library's factories). False as applyEntry.
-    bool updateDesignated(QELSession* session, const Entry& entry, TYPMapCATUnicodeStringPVoid* values,
+    bool updateDesignated(QELSession* session, const Entry& entry, const QELAnswerEntry* values,
                           QELWorkSpace*& workspace);
     // At checkout of a product, a part's Load_Flag on its default document.
-    void applyLoadFlag(QELWorkSpace* workspace, TYPMapCATUnicodeStringPVoid* values);
+    void applyLoadFlag(QELWorkSpace* workspace, const QELAnswerEntry* values);
     // The workspace updated: `workspace`, or one made for the entry, owned by
     // the model heap, valid until QELModelHeap::freeAll.
     QELWorkSpace* createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,
-                                  TYPMapCATUnicodeStringPVoid* map);
+                                  const QELAnswerEntry* map);
     void createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, long long start,
-                                  long long& pos, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
-    void createDocument(QELDocument* document, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map);
-    void createDesignTableDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
-    void createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+                                  long long& pos, EnumDocumentType type, const QELAnswerEntry* map);
+    void createDocument(QELDocument* document, EnumDocumentType type, const QELAnswerEntry* map);
+    void createDesignTableDocument(QELDocument* document, const QELAnswerEntry* map);
+    void createCompCatalogSpecificDocument(QELDocument* document, const QELAnswerEntry* map);
 
     // ---- options (QELXMLToDMOptions.cpp) -----------------------------------
     bool getOptions(QELSession* session, long long start, long long& pos);
@@ -160,22 +154,21 @@ private:
     int readOptionsAndCount(QELSession* session, long long& start);
 
     // ---- property update (QELXMLToDMUpdate.cpp) -----------------------------
-    void updateProperty(QELComponent* component, TYPMapCATUnicodeStringPVoid* map);
-    void updatePropertyCompCatalogSpecific(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
-    void updatePropertyDT(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
+    void updateProperty(QELComponent* component, const QELAnswerEntry* map);
+    void updatePropertyCompCatalogSpecific(QELDocument* document, const QELAnswerEntry* map);
+    void updatePropertyDT(QELDocument* document, const QELAnswerEntry* map);
 
     // ---- mapping, secondaries, item identifiers (QELXMLToDMMapping.cpp) ------
-    long updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDocument* document, long long& pos);
-    long updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelativeOccurrence* relativeOccurrence,
-                           long long& pos);
-    void readSecondariesAttributes(QELDocument* document, TYPMapCATUnicodeStringPVoid* map);
-    long readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* item, TYPMapCATUnicodeStringPVoid* map);
+    long updateMappingAttributs(const QELAnswerEntry* map, QELDocument* document, long long& pos);
+    long updateMappingInst(const QELAnswerEntry* map, QELRelativeOccurrence* relativeOccurrence, long long& pos);
+    void readSecondariesAttributes(QELDocument* document, const QELAnswerEntry* map);
+    long readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* item, const QELAnswerEntry* map);
     long updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, CV5CAAQELDocument* document,
-                                         TYPMapCATUnicodeStringPVoid* map);
+                                         const QELAnswerEntry* map);
 
     // ---- composites, external and analysis files (QELXMLToDMFiles.cpp) -------
-    long readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map);
-    long readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map);
+    long readAndUpdateExternalFiles(QELSession* session, const QELAnswerEntry* map);
+    long readAndUpdateCompositeFiles(QELSession* session, const QELAnswerEntry* map);
     // Both vectors are new, caller deletes.
     bool getValuesAndStoreAnalysisFiles(long long start, long long& pos, TYPVectorCATUnicodeString*& resultFiles,
                                         TYPVectorCATUnicodeString*& computeFiles);
@@ -188,9 +181,9 @@ private:
     QELDocumentOldNameIndex _oldNames;
     QELDocument* _primary = nullptr;
     size_t _primaryScanned = 0;
-    // An answer holds hundreds of thousands of values: their strings are
-    // reused from entry to entry rather than allocated and freed each time.
-    std::vector<std::unique_ptr<CATUnicodeString>> _spareValues;
+    // The key and value being read, kept from entry to entry with their storage.
+    std::string _key;
+    std::string _value;
 };
 
 #endif

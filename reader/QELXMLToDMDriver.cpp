@@ -212,7 +212,7 @@ bool QELXMLToDM::findActiveDocument(QELSession* session, ActiveDocument& active)
 }
 
 void QELXMLToDM::readEntries(QELSession* session, const ActiveDocument& active, int count, long long pos) {
-    auto* values = new TYPMapCATUnicodeStringPVoid("p_list_balises");
+    QELAnswerEntry values;
     Entry entry;
     bool stop = false;
     bool ended = false;
@@ -227,21 +227,18 @@ void QELXMLToDM::readEntries(QELSession* session, const ActiveDocument& active, 
             JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. Entry %d <%s> holds no Item_Info",
                                           _path.c_str(), i + 1, entry.typeName.c_str());
         // An entry whose Item_Info did not close is not applied.
-        if (entry.complete) stop = !applyEntry(session, active, entry, values);
+        if (entry.complete) stop = !applyEntry(session, active, entry, &values);
         if (!stop && !CV5CAAToolsDesc::searchClosingNode(_file, entry.typeName, entry.end, pos))
             journalMissing(_path, QELElement::closingLine(entry.typeName));
-        recycleEntryValues(values);
     }
     // Entries beyond the count are not read: say so rather than drop them.
     if (!stop && !ended && moreEntriesFollow(pos))
         JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %d entries announced, more found",
                                       _path.c_str(), count < 0 ? 0 : count);
-    clearEntryMap(values);
-    delete values;
 }
 
 bool QELXMLToDM::applyEntry(QELSession* session, const ActiveDocument& active, const Entry& entry,
-                            TYPMapCATUnicodeStringPVoid* values) {
+                            const QELAnswerEntry* values) {
     if (PROCManager::manageExternalFiles() && QELFailed(readAndUpdateExternalFiles(session, values)))
         JNLManager::writeMsg("ERROR : The external files are not updated.");
     if (ENVManager::isCompositeManaged() && QELFailed(readAndUpdateCompositeFiles(session, values)))
@@ -264,7 +261,7 @@ bool QELXMLToDM::applyEntry(QELSession* session, const ActiveDocument& active, c
     return true;
 }
 
-bool QELXMLToDM::updateDesignated(QELSession* session, const Entry& entry, TYPMapCATUnicodeStringPVoid* values,
+bool QELXMLToDM::updateDesignated(QELSession* session, const Entry& entry, const QELAnswerEntry* values,
                                   QELWorkSpace*& workspace) {
     // An empty session takes workspaces and drawings only, and the first
     // entry of another kind ends the reading.
@@ -297,7 +294,7 @@ bool QELXMLToDM::updateDesignated(QELSession* session, const Entry& entry, TYPMa
 
 // The workspace is the one the entry updated, if any; otherwise the one its
 // POINTER_ADDRESS designates.
-void QELXMLToDM::applyLoadFlag(QELWorkSpace* workspace, TYPMapCATUnicodeStringPVoid* values) {
+void QELXMLToDM::applyLoadFlag(QELWorkSpace* workspace, const QELAnswerEntry* values) {
     if (!workspace) {
         const CATUnicodeString* pointer = entryValue(values, QELElement::POINTER_ADDRESS);
         if (!pointer) {
@@ -313,7 +310,7 @@ void QELXMLToDM::applyLoadFlag(QELWorkSpace* workspace, TYPMapCATUnicodeStringPV
 }
 
 QELWorkSpace* QELXMLToDM::createWorkspace(QELWorkSpace* workspace, QELSession* session, EnumDocumentType type,
-                                          TYPMapCATUnicodeStringPVoid* map) {
+                                          const QELAnswerEntry* map) {
     QELWorkSpace* result = workspace;
     if (!result) {
         const CATUnicodeString* fileName = entryValue(map, QELElement::File_Name);
@@ -334,7 +331,7 @@ QELWorkSpace* QELXMLToDM::createWorkspace(QELWorkSpace* workspace, QELSession* s
 }
 
 void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QELSession* session, long long start,
-                                          long long& pos, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map) {
+                                          long long& pos, EnumDocumentType type, const QELAnswerEntry* map) {
     (void)start;
     (void)type;
     if (!occurrence) {
@@ -377,7 +374,7 @@ void QELXMLToDM::createAbsoluteOccurrence(QELAbsoluteOccurrence* occurrence, QEL
     _occurrences->push_back(occurrence);
 }
 
-void QELXMLToDM::createDocument(QELDocument* document, EnumDocumentType type, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::createDocument(QELDocument* document, EnumDocumentType type, const QELAnswerEntry* map) {
     if (!document) return;
     if (type == EnumDocumentType_DesignTable)
         updatePropertyDT(document, map);
@@ -385,10 +382,10 @@ void QELXMLToDM::createDocument(QELDocument* document, EnumDocumentType type, TY
         updatePropertyCompCatalogSpecific(document, map);
 }
 
-void QELXMLToDM::createDesignTableDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::createDesignTableDocument(QELDocument* document, const QELAnswerEntry* map) {
     if (document) updatePropertyDT(document, map);
 }
 
-void QELXMLToDM::createCompCatalogSpecificDocument(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::createCompCatalogSpecificDocument(QELDocument* document, const QELAnswerEntry* map) {
     if (document) updatePropertyCompCatalogSpecific(document, map);
 }

@@ -1,16 +1,17 @@
 // An answer entry read into its map: the element around the entry, named
 // after its document's type, and the values of its Item_Info, key by key, with
 // the blocks that the updates read later kept as positions; the shape lists
-// of a Components block; and the maps' memory, reused from entry to entry.
+// of a Components block.
 
 #include "QELXMLToDM.h"
 
-#include <algorithm>
-#include <memory>
+#include <charconv>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "CV5CAAToolsDesc.h"
+#include "QELAnswerEntry.h"
 #include "QELElementNames.h"
 #include "QELXMLToDMUpdateTools.h"
 
@@ -20,10 +21,10 @@ using QELXMLToDMUpdateTools::journalMissing;
 namespace {
 
 // The elements whose content is read later, from its position, by the update
-// that needs it; the entry map keeps the position instead of the text.
-bool isBlock(const std::string& name) {
+// that needs it; the entry keeps the position instead of the text.
+bool isBlock(std::string_view name) {
     using namespace QELElement;
-    static const std::unordered_set<std::string> kBlocks = {
+    static const std::unordered_set<std::string_view> kBlocks = {
         Mapping_Attribut, AbsoluteMatrix, DesignTable_Name, DT_Files,     DesignTable_File, Sheets,
         Auxiliaries,      LinkedDocs,     Shapes,           secondaries,  Components,       DefaultShapeForCache,
         ActivateShapes,   AnalysisFiles,  Externals,        Mapping_Inst, PartComposites};
@@ -31,18 +32,32 @@ bool isBlock(const std::string& name) {
 }
 
 // An opening tag line gives its element name, every "<" and ">" taken out.
-bool elementName(const std::string& line, std::string& name) {
+bool elementName(std::string_view line, std::string& name) {
     if (line.size() < 2 || line.front() != '<' || line.back() != '>') return false;
-    name.assign(line, 1, line.size() - 2);
-    if (name.find('<') != std::string::npos || name.find('>') != std::string::npos)
-        name.erase(std::remove_if(name.begin(), name.end(), [](char c) { return c == '<' || c == '>'; }), name.end());
+    const std::string_view inner = line.substr(1, line.size() - 2);
+    // A plain loop: the library's find_first_of cost a search per character.
+    bool clean = true;
+    for (char c : inner) clean = clean && c != '<' && c != '>';
+    if (clean) {
+        name.assign(inner.data(), inner.size());
+        return true;
+    }
+    name.clear();
+    for (char c : inner)
+        if (c != '<' && c != '>') name += c;
     return true;
+}
+
+bool isClosingLine(std::string_view line, std::string_view name) {
+    return line.size() == name.size() + 3 && line[0] == '<' && line[1] == '/' && line.back() == '>' &&
+           line.compare(2, name.size(), name) == 0;
 }
 
 } // namespace
 
-bool QELXMLToDM::readEntry(long long start, long long& pos, Entry& entry, TYPMapCATUnicodeStringPVoid*& values) {
+bool QELXMLToDM::readEntry(long long start, long long& pos, Entry& entry, QELAnswerEntry& values) {
     static const std::string kItemInfoEnd = QELElement::closingLine(QELElement::Item_Info);
+    values.clear();
     entry = Entry();
     if (CV5CAAToolsDesc::getNodeName(_file, start, pos, entry.typeName)) {
         start = pos;
@@ -52,26 +67,21 @@ bool QELXMLToDM::readEntry(long long start, long long& pos, Entry& entry, TYPMap
     // starts there, so that no line of a damaged entry is read twice.
     entry.valuesStart = start;
     entry.end = start;
-    std::string name;
-    if (!CV5CAAToolsDesc::getNodeName(_file, start, pos, name) || name != QELElement::Item_Info) return false;
+    if (!CV5CAAToolsDesc::getNodeName(_file, start, pos, _key) || _key != QELElement::Item_Info) return false;
     entry.valuesStart = pos;
-    entry.complete = getValuesAndStore(pos, pos, values, kItemInfoEnd.c_str());
+    entry.complete = getValuesAndStore(pos, pos, values, kItemInfoEnd);
     entry.end = pos;
     return true;
 }
 
-bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map,
-                                   const char* endLine) {
-    if (!map) map = new TYPMapCATUnicodeStringPVoid("p_list_balises");
-    const std::string end = endLine ? endLine : "";
+bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, QELAnswerEntry& values, std::string_view end) {
     moveTo(start);
-    std::string line;
-    std::string key;
-    std::string close;
-    std::string value;
+    // Lines are views into the file's block, valid until the next read: what
+    // outlives a read is copied into _key and _value, whose storage stays.
+    std::string_view line;
     for (;;) {
         const long long lineStart = _file.tell();
-        if (!readLine(line)) break;
+        if (!_file.readLine(line)) break;
         if (line == end) {
             pos = _file.tell();
             return true;
@@ -79,35 +89,38 @@ bool QELXMLToDM::getValuesAndStore(long long start, long long& pos, TYPMapCATUni
         // A closing line other than ours: our block lost its closing line,
         // and what follows belongs to the parent.
         if (line.compare(0, 2, "</") == 0) {
-            journalMissing(_path, end);
+            journalMissing(_path, std::string(end));
             pos = lineStart;
             moveTo(pos);
             return false;
         }
         // A stray line between elements carries nothing.
-        if (!elementName(line, key)) continue;
+        if (!elementName(line, _key)) continue;
 
         const long long blockStart = _file.tell();
-        if (isBlock(key)) {
-            storeValue(map, key, std::to_string(blockStart));
-            CV5CAAToolsDesc::searchClosingNode(_file, key, blockStart, pos);
+        if (isBlock(_key)) {
+            char digits[24];
+            _value.assign(digits,
+                          static_cast<size_t>(std::to_chars(digits, digits + sizeof digits, blockStart).ptr - digits));
+            values.add(_key, _value);
+            CV5CAAToolsDesc::searchClosingNode(_file, _key, blockStart, pos);
             continue;
         }
         // Multi-line values keep their line feeds, without the scanner's
         // trailing blanks.
-        close.assign("</").append(key) += '>';
-        value.clear();
+        _value.clear();
         bool closed = false;
-        if (readLine(value)) {
-            while (!closed && readLine(line)) {
-                closed = line == close;
+        if (_file.readLine(line)) {
+            _value.assign(line);
+            while (!closed && _file.readLine(line)) {
+                closed = isClosingLine(line, _key);
                 if (!closed) {
-                    value += '\n';
-                    value += line;
+                    _value += '\n';
+                    _value.append(line);
                 }
             }
         }
-        storeValue(map, key, value);
+        values.add(_key, _value);
         if (!closed) break;
     }
     journalEndOfFile(_path);
@@ -151,35 +164,6 @@ bool QELXMLToDM::getValuesAndStoreForComponents(long long start, long long& pos,
     if (!more) journalEndOfFile(_path);
     pos = _file.tell();
     return more;
-}
-
-void QELXMLToDM::clearEntryMap(TYPMapCATUnicodeStringPVoid* map) {
-    if (!map) return;
-    for (const auto& entry : *map) delete static_cast<CATUnicodeString*>(entry.object);
-    map->clear();
-}
-
-void QELXMLToDM::storeValue(TYPMapCATUnicodeStringPVoid* map, const std::string& key, const std::string& value) {
-    std::unique_ptr<CATUnicodeString> text;
-    if (_spareValues.empty()) {
-        text = std::make_unique<CATUnicodeString>();
-    } else {
-        text = std::move(_spareValues.back());
-        _spareValues.pop_back();
-    }
-    *text = value;
-    // The first value of a key is the one kept.
-    if (map->insert(CATUnicodeString(key), text.get()))
-        text.release();
-    else
-        _spareValues.push_back(std::move(text));
-}
-
-void QELXMLToDM::recycleEntryValues(TYPMapCATUnicodeStringPVoid* map) {
-    if (!map) return;
-    _spareValues.reserve(_spareValues.size() + static_cast<size_t>(map->size()));
-    for (const auto& entry : *map) _spareValues.emplace_back(static_cast<CATUnicodeString*>(entry.object));
-    map->clear();
 }
 
 void QELXMLToDM::freeComponentsMap(TYPMapIntPVoid* map) {

@@ -315,7 +315,7 @@ void readAnalysisList(UTILLineFile& file, const std::string& listName, TYPVector
 
 } // namespace
 
-long QELXMLToDM::readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map) {
+long QELXMLToDM::readAndUpdateExternalFiles(QELSession* session, const QELAnswerEntry* map) {
     const char* const function = "QELXMLToDM::readAndUpdateExternalFiles";
     JNLManager::beginFunction(function);
     long long pos = 0;
@@ -354,7 +354,7 @@ long QELXMLToDM::readAndUpdateExternalFiles(QELSession* session, TYPMapCATUnicod
     return 0;
 }
 
-long QELXMLToDM::readAndUpdateCompositeFiles(QELSession* session, TYPMapCATUnicodeStringPVoid* map) {
+long QELXMLToDM::readAndUpdateCompositeFiles(QELSession* session, const QELAnswerEntry* map) {
     const char* const function = "QELXMLToDM::readAndUpdateCompositeFiles";
     JNLManager::beginFunction(function);
     long status = 0;

@@ -3,6 +3,7 @@
 // current document when the answer concerns the active product.
 
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -25,6 +26,16 @@ using namespace QELXMLToDMUpdateTools;
 
 namespace {
 
+// "Mapping Attribut: [<name>] = [<value>]", each text up to its first NUL as
+// "%s" takes it, put together without a formatting pass: an answer has one
+// such line per attribute.
+void journalPair(const CATUnicodeString& name, const CATUnicodeString& value) {
+    static std::string line;
+    line.assign("Mapping Attribut: [").append(name.ConvertToChar()).append("] = [");
+    line.append(value.ConvertToChar()) += ']';
+    JNLManager::writeMsg(line.c_str());
+}
+
 // Reads the (name, value) pairs of a name/value block, each value a separate
 // `Attribut` found by the plain tag search, and hands every complete pair to
 // `add`. `readTag(pos, value)` is that search bound to the block's stop line.
@@ -39,8 +50,9 @@ template <typename ReadTag, typename Add>
 long readNameValuePairs(const char* function, const char* block, int count, long long& pos, ReadTag readTag, Add add) {
     long status = 0;
     const int pairs = count / 2;
+    // Kept across pairs: each read assigns into the storage they hold.
+    CATUnicodeString name, value;
     for (int i = 0; i < pairs; ++i) {
-        CATUnicodeString name, value;
         const long long nameStart = pos;
         status = readTag(pos, name);
         if (status != 0) {
@@ -57,7 +69,7 @@ long readNameValuePairs(const char* function, const char* block, int count, long
             continue;
         }
         blockOver = blockOver || pos == valueStart;
-        JNLManager::writeMsgFormatted("Mapping Attribut: [%s] = [%s]", name.ConvertToChar(), value.ConvertToChar());
+        journalPair(name, value);
         add(name, value);
         if (blockOver) {
             if (i + 1 < pairs) reportShortBlock(function, block, count, 2 * i + 2);
@@ -119,7 +131,7 @@ void applySecondaryList(const TYPVectorCATUnicodeString& list, const SecondaryIn
 
 } // namespace
 
-long QELXMLToDM::updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDocument* document, long long& pos) {
+long QELXMLToDM::updateMappingAttributs(const QELAnswerEntry* map, QELDocument* document, long long& pos) {
     const char* const function = "QELXMLToDM::updateMappingAttributs";
     JNLManager::beginFunction(function);
     long status = 0;
@@ -132,14 +144,16 @@ long QELXMLToDM::updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDoc
     } else {
         const int count = readBlockCount(map, QELElement::Mapping_Attribut, pos);
         if (count >= 0) {
-            const CATUnicodeString stopLine(QELElement::closingLine(QELElement::Mapping_Attribut));
+            static const CATUnicodeString stopLine(QELElement::closingLine(QELElement::Mapping_Attribut));
+            static const CATUnicodeString attribut(QELElement::Attribut);
             status = readNameValuePairs(
                 function, QELElement::Mapping_Attribut, count, pos,
                 [&](long long& at, CATUnicodeString& value) {
-                    return getTagValueByName(at, stopLine, QELElement::Attribut, at, value);
+                    return getTagValueByName(at, stopLine, attribut, at, value);
                 },
                 [&](const CATUnicodeString& name, const CATUnicodeString& value) {
-                    document->addDynamicProperty(QELDocument::kMappingAttributes, name, value, false);
+                    static const CATUnicodeString property(QELDocument::kMappingAttributes);
+                    document->addDynamicProperty(property, name, value, false);
                 });
         }
     }
@@ -147,7 +161,7 @@ long QELXMLToDM::updateMappingAttributs(TYPMapCATUnicodeStringPVoid* map, QELDoc
     return status;
 }
 
-long QELXMLToDM::updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelativeOccurrence* relativeOccurrence,
+long QELXMLToDM::updateMappingInst(const QELAnswerEntry* map, QELRelativeOccurrence* relativeOccurrence,
                                    long long& pos) {
     const char* const function = "QELXMLToDM::updateMappingInst";
     JNLManager::beginFunction(function);
@@ -161,14 +175,16 @@ long QELXMLToDM::updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelative
     } else {
         const int count = readBlockCount(map, QELElement::Mapping_Inst, pos);
         if (count >= 0) {
-            const CATUnicodeString stopLine(QELElement::closingLine(QELElement::Mapping_Inst));
+            static const CATUnicodeString stopLine(QELElement::closingLine(QELElement::Mapping_Inst));
+            static const CATUnicodeString attribut(QELElement::Attribut);
             status = readNameValuePairs(
                 function, QELElement::Mapping_Inst, count, pos,
                 [&](long long& at, CATUnicodeString& value) {
-                    return getTagValueByName(at, stopLine, QELElement::Attribut, at, value);
+                    return getTagValueByName(at, stopLine, attribut, at, value);
                 },
                 [&](const CATUnicodeString& name, const CATUnicodeString& value) {
-                    relativeOccurrence->addDynamicProperty("Mapping_Inst_Vt", name, value, false);
+                    static const CATUnicodeString property("Mapping_Inst_Vt");
+                    relativeOccurrence->addDynamicProperty(property, name, value, false);
                 });
         }
     }
@@ -176,7 +192,7 @@ long QELXMLToDM::updateMappingInst(TYPMapCATUnicodeStringPVoid* map, QELRelative
     return status;
 }
 
-void QELXMLToDM::readSecondariesAttributes(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::readSecondariesAttributes(QELDocument* document, const QELAnswerEntry* map) {
     const char* const function = "QELXMLToDM::readSecondariesAttributes";
     if (!document || !map) return;
     long long pos = 0;
@@ -192,8 +208,7 @@ void QELXMLToDM::readSecondariesAttributes(QELDocument* document, TYPMapCATUnico
         [&](const TYPVectorCATUnicodeString& list) { applySecondaryList(list, secondaries); });
 }
 
-long QELXMLToDM::readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* item,
-                                              TYPMapCATUnicodeStringPVoid* map) {
+long QELXMLToDM::readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* item, const QELAnswerEntry* map) {
     const char* const function = "QELXMLToDM::readAndUpdateItemIdItemRevId";
     JNLManager::beginFunction(function);
     long status = 0;
@@ -221,7 +236,7 @@ long QELXMLToDM::readAndUpdateItemIdItemRevId(QELComponent* component, QELItem* 
 }
 
 long QELXMLToDM::updateDocumentForMaskManagement(CV5CAAQELWorkSpace* workspace, CV5CAAQELDocument* document,
-                                                 TYPMapCATUnicodeStringPVoid* map) {
+                                                 const QELAnswerEntry* map) {
     const char* const function = "QELXMLToDM::updateDocumentForMaskManagement";
     JNLManager::beginFunction(function);
     long status = 0;

@@ -8,6 +8,7 @@
 #include "CV5CAAToolsDesc.h"
 #include "EMHManager.h"
 #include "JNLManager.h"
+#include "QELAnswerEntry.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELDocument.h"
 #include "QELElementNames.h"
@@ -46,8 +47,7 @@ bool findTargets(QELComponent* component, QELItem*& item, QELDocument*& document
     return item != nullptr;
 }
 
-void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* document,
-                     const TYPMapCATUnicodeStringPVoid* map) {
+void applyEntryFlags(QELSession* session, QELComponent* component, QELDocument* document, const QELAnswerEntry* map) {
     if (const CATUnicodeString* value = entryValue(map, QELElement::Read_ActiveShapes))
         component->addBooleanProperty("Read_ActiveShapes", toInt(*value) != 0);
     if (const CATUnicodeString* value = entryValue(map, QELElement::Update_Flag))
@@ -71,19 +71,16 @@ bool QELXMLToDM::getOptions(QELSession* session, long long start, long long& pos
     std::string line;
     if (!readLine(line) || line != QELElement::openingLine(QELElement::Options)) return false;
     pos = _file.tell();
-    auto* options = new TYPMapCATUnicodeStringPVoid("p_list_options");
-    getValuesAndStore(pos, pos, options, QELElement::closingLine(QELElement::Options).c_str());
+    QELAnswerEntry options;
+    getValuesAndStore(pos, pos, options, QELElement::closingLine(QELElement::Options));
     // Every option is a switch: exactly 1 turns it on.
-    for (const auto& entry : *options) {
-        CATUnicodeString name = entry.key;
+    for (const QELAnswerEntry::Value& option : options) {
+        CATUnicodeString name = option.key;
         name.ReplaceAll("</", "");
         name.ReplaceAll("<", "");
         name.ReplaceAll(">", "");
-        auto* value = static_cast<CATUnicodeString*>(entry.object);
-        if (session) session->addBooleanProperty(name, toInt(*value) == 1);
-        delete value;
+        if (session) session->addBooleanProperty(name, toInt(option.text) == 1);
     }
-    delete options;
     return true;
 }
 
@@ -115,7 +112,7 @@ void QELXMLToDM::readOptions(QELSession* session) {
     long long start = _file.tell();
     const int count = readOptionsAndCount(session, start);
 
-    auto* values = new TYPMapCATUnicodeStringPVoid("p_list_nodes");
+    QELAnswerEntry values;
     Entry entry;
     long long pos = start;
     for (int i = 0; i < count; ++i) {
@@ -126,19 +123,17 @@ void QELXMLToDM::readOptions(QELSession* session) {
             break;
         }
         QELComponent* component =
-            entry.complete ? resolvePointer(entryValue(values, QELElement::POINTER_ADDRESS)) : nullptr;
+            entry.complete ? resolvePointer(entryValue(&values, QELElement::POINTER_ADDRESS)) : nullptr;
         QELItem* item = nullptr;
         QELDocument* document = nullptr;
         if (component && findTargets(component, item, document)) {
-            if (QELFailed(readAndUpdateItemIdItemRevId(component, item, values)))
+            if (QELFailed(readAndUpdateItemIdItemRevId(component, item, &values)))
                 JNLManager::writeMsg("Impossible to read and update the Item/ItemRev");
-            if (document) applyEntryFlags(session, component, document, values);
+            if (document) applyEntryFlags(session, component, document, &values);
         }
         CV5CAAToolsDesc::searchClosingNode(_file, entry.typeName, entry.end, pos);
-        recycleEntryValues(values);
     }
 
-    delete values;
     closeFile();
     JNLManager::endFunction(kReadOptions, 0);
 }

@@ -5,6 +5,7 @@
 #include "QELXMLToDM.h"
 
 #include <cstdlib>
+#include <string_view>
 
 #include "CV5CAAToolsDesc.h"
 #include "JNLManager.h"
@@ -19,12 +20,22 @@ namespace {
 
 enum class Sibling { Found, Absent, EndOfFile };
 
+// Tag lines compared in place, without building the tag's text.
+bool isOpeningLine(std::string_view line, std::string_view name) {
+    return line.size() == name.size() + 2 && line.front() == '<' && line.back() == '>' &&
+           line.compare(1, name.size(), name) == 0;
+}
+bool isClosingLine(std::string_view line, std::string_view name) {
+    return line.size() == name.size() + 3 && line[0] == '<' && line[1] == '/' && line.back() == '>' &&
+           line.compare(2, name.size(), name) == 0;
+}
+
 // The name of an opening tag line. A closing line means that the parent has
 // ended, and a line that is no tag at all means that the frame is broken:
 // either way there are no more siblings to look at.
-bool openingName(const std::string& line, std::string& name) {
+bool openingName(std::string_view line, std::string& name) {
     if (line.size() < 3 || line[0] != '<' || line[1] == '/' || line.back() != '>') return false;
-    name.assign(line, 1, line.size() - 2);
+    name.assign(line.data() + 1, line.size() - 2);
     return true;
 }
 
@@ -33,9 +44,8 @@ bool openingName(const std::string& line, std::string& name) {
 // Absent: `pos` is the start of the line that ended the search (the parent's
 // closing line in a well-formed answer). Each turn consumes at least one line,
 // so the search ends at the end of the file whatever the content.
-Sibling searchSibling(UTILLineFile& file, const std::string& name, long long& pos, long long& matchStart) {
-    const std::string open = "<" + name + ">";
-    std::string line;
+Sibling searchSibling(UTILLineFile& file, std::string_view name, long long& pos, long long& matchStart) {
+    std::string_view line;
     std::string sibling;
     for (;;) {
         const long long lineStart = file.tell();
@@ -43,7 +53,7 @@ Sibling searchSibling(UTILLineFile& file, const std::string& name, long long& po
             pos = file.tell();
             return Sibling::EndOfFile;
         }
-        if (line == open) {
+        if (isOpeningLine(line, name)) {
             matchStart = lineStart;
             pos = file.tell();
             return Sibling::Found;
@@ -102,7 +112,7 @@ void QELXMLToDM::moveTo(long long start) {
     if (_file.size() >= 0) _file.seek(_file.size());
 }
 
-bool QELXMLToDM::findSibling(const std::string& name, long long start, long long& pos) {
+bool QELXMLToDM::findSibling(std::string_view name, long long start, long long& pos) {
     moveTo(start);
     long long matchStart = 0;
     const Sibling found = searchSibling(_file, name, pos, matchStart);
@@ -118,18 +128,18 @@ bool QELXMLToDM::getNodePosition(const char* name, long long start, long long& p
 bool QELXMLToDM::getBaliseValueByName(long long start, const char* name, long long& pos, std::string& value) {
     value.clear();
     if (!name || !findSibling(name, start, pos)) return false;
-    const std::string close = std::string("</") + name + ">";
-    std::string line;
-    if (readLine(value)) {
-        while (readLine(line)) {
-            if (line == close) {
+    std::string_view line;
+    if (_file.readLine(line)) {
+        value.assign(line);
+        while (_file.readLine(line)) {
+            if (isClosingLine(line, name)) {
                 pos = _file.tell();
                 return true;
             }
             // The blank after each continuation line belongs to the value:
             // the PDM side's multi-line attributes have always read this way.
             value += '\n';
-            value += line;
+            value.append(line);
             value += ' ';
         }
     }
@@ -141,14 +151,13 @@ bool QELXMLToDM::getBaliseValueByName(long long start, const char* name, long lo
 TYPVectorCATUnicodeString* QELXMLToDM::getBaliseValueListByName(long long start, const char* name, long long& pos) {
     auto* list = new TYPVectorCATUnicodeString();
     if (!name || !findSibling(name, start, pos)) return list;
-    const std::string close = std::string("</") + name + ">";
-    std::string line;
-    while (readLine(line)) {
-        if (line == close) {
+    std::string_view line;
+    while (_file.readLine(line)) {
+        if (isClosingLine(line, name)) {
             pos = _file.tell();
             return list;
         }
-        list->push_back(CATUnicodeString(line));
+        list->push_back(CATUnicodeString(line.data(), line.size()));
     }
     journalEndOfFile(_path);
     pos = _file.tell();
@@ -158,44 +167,44 @@ TYPVectorCATUnicodeString* QELXMLToDM::getBaliseValueListByName(long long start,
 long QELXMLToDM::getTagValueByName(long long start, const CATUnicodeString& stopLine, const CATUnicodeString& name,
                                    long long& pos, CATUnicodeString& value) {
     static const char* const kFunction = "QELXMLToDM::getTagValueByName";
-    const std::string open = "<" + name.ToLatin1() + ">";
-    const std::string close = "</" + name.ToLatin1() + ">";
-    const std::string& stop = stopLine.ToLatin1();
-    value = CATUnicodeString();
+    const std::string_view tag = name.ToLatin1();
+    const std::string_view stop = stopLine.ToLatin1();
+    // Assigned rather than replaced, so that a caller's value keeps its storage.
+    value = "";
     moveTo(start);
 
     // No sibling skipping here: the callers only search small blocks whose
     // closing line they give as the stop line.
-    std::string line;
+    std::string_view line;
     bool found = false;
-    while (!found && readLine(line)) {
-        found = line == open;
+    while (!found && _file.readLine(line)) {
+        found = isOpeningLine(line, tag);
         if (!found && line == stop) break;
     }
     if (!found) {
         JNLManager::beginFunction(kFunction);
-        JNLManager::writeMsgFormatted("%s tag was not found", open.c_str());
+        JNLManager::writeMsgFormatted("<%s> tag was not found", name.ConvertToChar());
         JNLManager::endFunction(kFunction, -1);
         return QEL_E_FAIL;
     }
 
-    std::string text;
-    while (readLine(line)) {
-        if (line == close) {
+    _value.clear();
+    while (_file.readLine(line)) {
+        if (isClosingLine(line, tag)) {
             pos = _file.tell();
-            value = CATUnicodeString(std::move(text));
+            value = _value;
             return 0;
         }
         // The stop line inside a value ends it as a success, position left
         // as it was: the callers rely on this lenient end.
         if (line == stop) {
-            value = CATUnicodeString(std::move(text));
+            value = _value;
             return 0;
         }
-        text += line;
+        _value.append(line);
     }
     journalEndOfFile(_path);
-    value = CATUnicodeString(text);
+    value = _value;
     return QEL_E_FAIL;
 }
 
@@ -207,9 +216,9 @@ QELComponent* QELXMLToDM::resolvePointer(const CATUnicodeString* token) {
     return component;
 }
 
-int QELXMLToDM::readBlockCount(TYPMapCATUnicodeStringPVoid* map, const char* block, long long& pos) {
+int QELXMLToDM::readBlockCount(const QELAnswerEntry* map, const char* block, long long& pos) {
     if (!map || !block) return -1;
-    const auto* stored = static_cast<const CATUnicodeString*>(map->find(block));
+    const CATUnicodeString* stored = map->find(block);
     if (!stored) return -1;
     const long long start = std::strtoll(stored->ConvertToChar(), nullptr, 10);
     if (start <= 0) return -1;
@@ -217,17 +226,27 @@ int QELXMLToDM::readBlockCount(TYPMapCATUnicodeStringPVoid* map, const char* blo
 }
 
 int QELXMLToDM::readCount(long long start, long long& pos) {
+    static const std::string kCountEnd = QELElement::closingLine(QELElement::NBElements);
     moveTo(start);
     long long after = 0;
     long long countStart = 0;
     const Sibling found = searchSibling(_file, QELElement::NBElements, after, countStart);
     if (found == Sibling::EndOfFile) journalEndOfFile(_path);
     if (found != Sibling::Found) return -1;
-    std::string text;
-    if (!CV5CAAToolsDesc::getNodeValue(_file, countStart, QELElement::NBElements, pos, text)) return -1;
-    int count = 0;
-    CATUnicodeString(text).ConvertToNum(&count);
-    return count;
+    // The file stands after the opening line: its value line, then the
+    // lines up to its closing line, read once.
+    std::string_view line;
+    if (!_file.readLine(line)) return -1;
+    _value.assign(line);
+    while (_file.readLine(line)) {
+        if (line == kCountEnd) {
+            pos = _file.tell();
+            int count = 0;
+            CATUnicodeString(_value).ConvertToNum(&count);
+            return count;
+        }
+    }
+    return -1;
 }
 
 bool QELXMLToDM::moreEntriesFollow(long long start) {

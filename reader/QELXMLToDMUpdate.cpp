@@ -181,11 +181,9 @@ void applyKey(const EntryTargets& t, const CATUnicodeString& key, const CATUnico
 
 // Every key of the entry in the map's own order; block keys hold positions
 // and have no rule.
-void applyKeys(const EntryTargets& t, const TYPMapCATUnicodeStringPVoid* map) {
+void applyKeys(const EntryTargets& t, const QELAnswerEntry* map) {
     if (t.item) t.item->addBooleanProperty("CatalogComp", false);
-    for (const auto& entry : *map) {
-        if (entry.object) applyKey(t, entry.key, *static_cast<const CATUnicodeString*>(entry.object));
-    }
+    for (const QELAnswerEntry::Value& value : *map) applyKey(t, value.key, value.text);
 }
 
 // ---- targets --------------------------------------------------------------------
@@ -460,7 +458,7 @@ void applyComponentShapes(QELDocument* document, const TYPMapIntPVoid& component
 
 } // namespace
 
-void QELXMLToDM::updateProperty(QELComponent* component, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::updateProperty(QELComponent* component, const QELAnswerEntry* map) {
     JNLManager::beginFunction(kUpdateProperty);
     EntryTargets targets;
     targets.oldNames = &_oldNames;
@@ -515,9 +513,8 @@ namespace {
 // keys, then, when `withMapping`, its mapping attributes as (name, value)
 // pairs of Attribut values.
 template <typename Count, typename ReadValue>
-void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATUnicodeStringPVoid* map,
-                         bool withMapping, UTILLineFile& file, QELDocumentOldNameIndex& oldNames, Count count,
-                         ReadValue readValue) {
+void updateDocumentEntry(const char* function, QELDocument* document, const QELAnswerEntry* map, bool withMapping,
+                         UTILLineFile& file, QELDocumentOldNameIndex& oldNames, Count count, ReadValue readValue) {
     JNLManager::beginFunction(function);
     if (!document || !map) {
         JNLManager::writeMsg(document ? "ip_liste is NULL" : "ip_document is NULL");
@@ -543,7 +540,7 @@ void updateDocumentEntry(const char* function, QELDocument* document, TYPMapCATU
 
 } // namespace
 
-void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, const QELAnswerEntry* map) {
     // A catalog component's mapping is only answered for a foreign file.
     updateDocumentEntry(
         "QELXMLToDM::updatePropertyCompCatalogSpecific", document, map, document && document->isAForeignFile(), _file,
@@ -554,7 +551,7 @@ void QELXMLToDM::updatePropertyCompCatalogSpecific(QELDocument* document, TYPMap
         });
 }
 
-void QELXMLToDM::updatePropertyDT(QELDocument* document, TYPMapCATUnicodeStringPVoid* map) {
+void QELXMLToDM::updatePropertyDT(QELDocument* document, const QELAnswerEntry* map) {
     updateDocumentEntry(
         "QELXMLToDM::updatePropertyDT", document, map, true, _file, _oldNames,
         [this, map](long long& pos) { return readBlockCount(map, QELElement::Mapping_Attribut, pos); },

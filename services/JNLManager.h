@@ -3,15 +3,16 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "CATUnicodeString.h"
+#include "JNLEntryList.h"
 
 // Stand-in for the in-house journal: a process-wide trace of what the data
 // model did (function begin and end lines, one line per anomaly met).
 //
 // Every entry is kept in memory, in order, as ISO-8859-1 text, so that tests
-// and tools can read the trace back. When the environment variable
+// and tools can read the trace back (JNLEntryList: one text for all of them). When the environment variable
 // QEL_JOURNAL is set, each entry is also appended as one line to the file it
 // names, or written to standard error when its value is "-". The variable is
 // read once, at the first entry; setOutputPath overrides it.
@@ -36,7 +37,8 @@ public:
     static void endFunction(const CATUnicodeString& function, long returnCode);
     static void endFunction(const char* function, long returnCode);
 
-    static const std::vector<std::string>& entries();
+    // Owned by the journal; its views are valid until the next entry.
+    static const JNLEntryList& entries();
     // Forgets the entries held in memory; what went to the output stays there.
     static void clear();
     // True when some entry held in memory contains `text`.
@@ -54,6 +56,12 @@ public:
     static std::size_t maxEntries();
 
     JNLManager() = delete;
+
+private:
+    static void record(std::string_view text);
+    static void recordBegin(std::string_view function, std::string_view detail);
+    static void recordEnd(std::string_view function, long returnCode);
+    static void closeEntry();
 };
 
 #endif

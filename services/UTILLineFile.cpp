@@ -1,11 +1,23 @@
 #include "UTILLineFile.h"
 
+#include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
 
 namespace {
+
 const size_t kBlock = 1 << 16;
+const size_t kSmallestBlock = 64;
+
+// A file smaller than a block is read into a block of its own size: the
+// fuzz harnesses and the tests read thousands of small files, and zeroing a
+// whole block for each would cost more than reading them.
+size_t blockFor(long long size) {
+    if (size < 0 || size >= static_cast<long long>(kBlock)) return kBlock;
+    return size < static_cast<long long>(kSmallestBlock) ? kSmallestBlock : static_cast<size_t>(size);
 }
+
+} // namespace
 
 int UTILLineFile::open(const char* path) {
     if (_file) return 0;
@@ -14,12 +26,20 @@ int UTILLineFile::open(const char* path) {
     if (!_file) return -1;
     struct stat st;
     _size = (fstat(fileno(_file), &st) == 0 && S_ISREG(st.st_mode)) ? static_cast<long long>(st.st_size) : -1;
-    _buffer.resize(kBlock);
+    _buffer.clear();
+    _buffer.resize(blockFor(_size));
     _length = _cursor = 0;
     _bufferStart = 0;
     _lineNumber = 0;
     _failed = false;
+    _error = 0;
     return 0;
+}
+
+bool UTILLineFile::open(const std::string& path, std::string& error) {
+    if (open(path.c_str()) == 0) return true;
+    error = std::strerror(errno);
+    return false;
 }
 
 void UTILLineFile::close() {
@@ -39,10 +59,15 @@ bool UTILLineFile::fill() {
     if (_cursor < _length) std::memmove(_buffer.data(), _buffer.data() + _cursor, _length - _cursor);
     _length -= _cursor;
     _cursor = 0;
-    if (_buffer.size() - _length < kBlock / 2) _buffer.resize(_buffer.size() + kBlock);
+    // A line longer than the room left doubles the block, so that a line of
+    // any length is read in a number of passes that grows with its logarithm.
+    if (_buffer.size() - _length < _buffer.size() / 2) _buffer.resize(2 * _buffer.size());
     size_t got = std::fread(_buffer.data() + _length, 1, _buffer.size() - _length, _file);
     _length += got;
-    if (got == 0 && std::ferror(_file)) _failed = true;
+    if (got == 0 && std::ferror(_file)) {
+        _failed = true;
+        _error = errno != 0 ? errno : EIO;
+    }
     return got > 0;
 }
 

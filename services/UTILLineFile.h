@@ -6,11 +6,12 @@
 #include <string_view>
 #include <vector>
 
-// A text file read line by line that knows its own position: the library's
-// one line reader.
+// A text file read line by line that knows its own position: the one line
+// reader of the library and of the programs around it.
 //
-// The file is read forward in large blocks, and a line is handed out as a
-// view into the block, which always holds the whole line: a line that
+// The file is read forward in blocks (a file smaller than a block in one
+// block of its own size), and a line is handed out as a view into the block,
+// which always holds the whole line: a line that
 // straddles two blocks is moved to the front before the next block is read,
 // so no line is ever copied. Positions are byte offsets of line starts,
 // tracked while reading, so asking for the position costs nothing, and moving
@@ -28,6 +29,8 @@ public:
     // 0 when opened (or already open), -1 when the file cannot be read (errno
     // then says why).
     int open(const char* path);
+    // The same, with the system's reason in `error` when it cannot be read.
+    bool open(const std::string& path, std::string& error);
     void close();
     bool isOpen() const { return _file != nullptr; }
 
@@ -41,13 +44,16 @@ public:
     // forward from its start; after a seek anywhere but to 0 the numbers are
     // no longer known and this answers -1.
     long lineNumber() const { return _lineNumber; }
-    // Whether a read failed (as opposed to the file ending).
+    // Whether a read failed (as opposed to the file ending), and why (errno).
     bool failed() const { return _failed; }
-    // The offset of the next line to be read.
+    int error() const { return _error; }
+    // The offset of the next line to be read: while the file is read forward,
+    // the bytes consumed so far.
     long long tell() const { return _bufferStart + static_cast<long long>(_cursor); }
     // Moves to an offset; false when it lies outside the file.
     bool seek(long long offset);
     bool atEnd();
+    // -1 when the file is no regular file (a pipe, a terminal).
     long long size() const { return _size; }
     // Number of seeks that reached the operating system (for tests and benchmarks).
     long long systemSeeks() const { return _systemSeeks; }
@@ -64,6 +70,7 @@ private:
     long long _systemSeeks = 0;
     long _lineNumber = 0;
     bool _failed = false;
+    int _error = 0;
 };
 
 #endif

@@ -168,6 +168,14 @@ TEST_F(JournalTest, DropsTheOldestHalfPastTheBound) {
     JNLManager::writeMsg("10");
     const std::vector<std::string> kept = {"6", "7", "8", "9", "10"};
     EXPECT_EQ(JNLManager::entries(), kept);
+    // Entries written after a drop sit where the kept ones end, whatever
+    // their kind and length.
+    JNLManager::beginFunction("F", "d");
+    JNLManager::writeMsgFormatted("%s", std::string(600, 'z').c_str());
+    JNLManager::endFunction("F", -1);
+    const std::vector<std::string> after = {"6",         "7", "8", "9", "10", "BEGIN F : d", std::string(600, 'z'),
+                                            "END F (-1)"};
+    EXPECT_EQ(JNLManager::entries(), after);
 
     JNLManager::setMaxEntries(0);
     EXPECT_EQ(JNLManager::maxEntries(), JNLManager::kDefaultMaxEntries);

@@ -1,7 +1,9 @@
-// The reader's line file and the node scanning built on it.
+// The line file (the one line reader of the library and of qel) and the
+// node scanning built on it.
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,7 +35,12 @@ UTILLineFile& openText(UTILLineFile& file, const std::string& text) {
 }
 
 TEST(UTILLineFile, LineEndsAndPositions) {
+    // The block is 64 KiB, or the file's size when it is smaller.
+    const size_t block = 1 << 16;
     const std::string longLine(200000, 'x');
+    const std::string veryLongLine(3 << 20, 'v');
+    const std::string crAtBlockEnd(block - 1, 'z');
+    const std::string filler(block - 3, 'y');
     struct Case {
         const char* name;
         std::string bytes;
@@ -47,6 +54,16 @@ TEST(UTILLineFile, LineEndsAndPositions) {
         {"empty file", "", {}},
         {"bytes above 0x7F and NUL", std::string("\xE9t\xE9\0\xFF\n", 6), {{std::string("\xE9t\xE9\0\xFF", 5), 6}}},
         {"longer than the block", "h\n" + longLine + "\r\nt", {{"h", 2}, {longLine, 200004}, {"t", 200005}}},
+        {"many blocks long", veryLongLine + "\n", {{veryLongLine, (3 << 20) + 1}}},
+        {"line across two blocks",
+         filler + "\r\nab\r\nend",
+         {{filler, static_cast<long long>(block - 1)},
+          {"ab", static_cast<long long>(block + 3)},
+          {"end", static_cast<long long>(block + 6)}}},
+        {"cr last byte of a block",
+         crAtBlockEnd + "\r\nnext\r\n",
+         {{crAtBlockEnd, static_cast<long long>(block + 1)}, {"next", static_cast<long long>(block + 7)}}},
+        {"lone cr inside a line", "a\rb\r\n", {{"a\rb", 5}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -111,6 +128,21 @@ TEST(UTILLineFile, GoingBackInsideTheBlockCostsNoSystemCall) {
     ASSERT_TRUE(file.seek(lines[9].next));
     EXPECT_EQ(20000u - 10u, readAll(file).size());
     EXPECT_EQ(1, file.systemSeeks()) << "one seek back, then forward reading again";
+}
+
+TEST(UTILLineFile, FailuresSayWhy) {
+    UTILLineFile file;
+    std::string error;
+    EXPECT_FALSE(file.open(qeltest::scratchDir() + "no_such_file.xml", error));
+    EXPECT_NE(std::string::npos, error.find("No such file")) << error;
+
+    // A folder opens as a stream but cannot be read: that is a failure, not
+    // an empty file.
+    ASSERT_TRUE(file.open(qeltest::scratchDir(), error)) << error;
+    std::string_view line;
+    EXPECT_FALSE(file.readLine(line));
+    EXPECT_TRUE(file.failed());
+    EXPECT_EQ(EISDIR, file.error());
 }
 
 TEST(UTILLineFile, PositionsOutsideTheFileAreRefused) {

@@ -11,6 +11,7 @@
 #include "QELElementNames.h"
 #include "ScratchDir.h"
 #include "CATDocument.h"
+#include "QELAnswerEntry.h"
 #include "QELXMLToDMScannerAccess.h"
 #include "QELHandleTable.h"
 #include "ReaderAnswerSupport.h"
@@ -36,7 +37,7 @@ std::string occurrenceEntry(const std::string& pointer, const std::string& occUi
 
 // True when the journal says that the answer was not read to its end.
 bool reportedBadAnswer() {
-    for (const std::string& line : JNLManager::entries())
+    for (const std::string_view line : JNLManager::entries())
         for (const char* sign : {"Error while", "is missing", "designates no component", "holds fewer"})
             if (line.find(sign) != std::string::npos) return true;
     return false;
@@ -98,9 +99,8 @@ TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
     QELXMLToDM reader(writeAnswer("matrix.xml", "").c_str());
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
-        TYPMapCATUnicodeStringPVoid map;
-        CATUnicodeString text(c.text);
-        map.insert(Matrix, &text);
+        QELAnswerEntry map;
+        map.add(Matrix, c.text);
         long long pos = 0;
         Access::createAbsoluteOccurrence(reader, model.occurrence, model.session, pos, &map);
         const double* matrix = model.relative->getMatrixProperty("RelativeMatrix");
@@ -219,11 +219,12 @@ TEST_F(ReaderDriver, EntryMapKeepsLeafTextAndBlockPositions) {
                              "stray line\n" + shapes + "</Item_Info>\n";
     QELXMLToDM reader(writeAnswer("entry_map.xml", text).c_str());
     ASSERT_EQ(0, Access::openFile(reader));
-    TYPMapCATUnicodeStringPVoid* map = nullptr;
+    QELAnswerEntry values;
+    const QELAnswerEntry* map = &values;
     long long pos = 0;
-    EXPECT_TRUE(Access::getValuesAndStore(reader, 0, pos, map, "</Item_Info>"));
+    EXPECT_TRUE(Access::getValuesAndStore(reader, 0, pos, values, "</Item_Info>"));
     const auto value = [map](const char* key) {
-        auto* found = static_cast<CATUnicodeString*>(map->find(key));
+        const CATUnicodeString* found = map->find(key);
         return found ? found->ToLatin1() : std::string("<absent>");
     };
     EXPECT_EQ("A", value(Item_ID)) << "the first of two wins";
@@ -238,9 +239,37 @@ TEST_F(ReaderDriver, EntryMapKeepsLeafTextAndBlockPositions) {
         ASSERT_EQ(2, list->size());
         EXPECT_EQ("s2", (*list)[1].ToLatin1());
     }
-    Access::clearEntryMap(map);
+    values.clear();
     EXPECT_EQ(0, map->size());
-    delete map;
+    EXPECT_EQ("<absent>", value("Item_ID"));
+}
+
+// The entry's storage is reused from entry to entry: what one entry held must
+// never be found in the next, whatever their sizes, and the first value of a
+// key wins even after the index has grown.
+TEST(ReaderEntry, EntriesOfAnySizeFollowOneAnother) {
+    QELAnswerEntry values;
+    const auto value = [&values](const std::string& key) {
+        const CATUnicodeString* found = values.find(key);
+        return found ? found->ToLatin1() : std::string("<absent>");
+    };
+    struct Case {
+        const char* name;
+        int keys; // "k0" .. "k<keys-1>", each valued "v<i>", then each again valued "again"
+    } cases[] = {{"first, empty", 0}, {"large", 5000}, {"small after large", 3}, {"large again", 700}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        values.clear();
+        for (int i = 0; i < c.keys; ++i) EXPECT_TRUE(values.add("k" + std::to_string(i), "v" + std::to_string(i)));
+        for (int i = 0; i < c.keys; ++i) EXPECT_FALSE(values.add("k" + std::to_string(i), "again"));
+        ASSERT_EQ(c.keys, values.size());
+        for (int i = 0; i < c.keys; ++i) ASSERT_EQ("v" + std::to_string(i), value("k" + std::to_string(i))) << i;
+        // Keys of the earlier, larger entries.
+        for (int i = c.keys; i < 5000; i += 97) EXPECT_EQ("<absent>", value("k" + std::to_string(i))) << i;
+        int order = 0;
+        for (const QELAnswerEntry::Value& v : values) EXPECT_EQ("k" + std::to_string(order++), v.key.ToLatin1());
+        EXPECT_EQ(c.keys, order) << "answer order, each key once";
+    }
 }
 
 TEST_F(ReaderDriver, ShapeListsAreNumberedAcrossComponents) {

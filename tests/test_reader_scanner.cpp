@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "QELWorkSpace.h"
+#include "QELAnswerEntry.h"
 #include "QELXMLToDMScannerAccess.h"
 #include "ReaderAnswerSupport.h"
 
@@ -145,13 +146,10 @@ TEST_P(ReaderScanner, TagValueByNameScansAnyDepthUpToTheStopLine) {
 }
 
 TEST_P(ReaderScanner, BlockCountIsReadAmongTheBlocksOwnChildren) {
-    TYPMapCATUnicodeStringPVoid map;
-    CATUnicodeString parent(std::to_string(line(2)));
-    CATUnicodeString empty(std::to_string(line(20)));
-    CATUnicodeString junk("not a position");
-    map.insert("Parent", &parent);
-    map.insert("Empty", &empty);
-    map.insert("Junk", &junk);
+    QELAnswerEntry map;
+    map.add("Parent", std::to_string(line(2)));
+    map.add("Empty", std::to_string(line(20)));
+    map.add("Junk", "not a position");
     long long pos = -1;
     // The count at the end of the file is no child of Parent.
     EXPECT_EQ(-1, Access::readBlockCount(*reader, &map, "Parent", pos));
@@ -164,9 +162,8 @@ TEST(ReaderBlockCount, TwoReadsFromTheStoredPositionAgree) {
     const std::string text = "<Sheets>\n<Active_Sheet>\nS1\n</Active_Sheet>\n" + reader_test::count(3) + "</Sheets>\n";
     QELXMLToDM reader(reader_test::writeAnswer("block_count.xml", text).c_str());
     ASSERT_EQ(0, Access::openFile(reader));
-    TYPMapCATUnicodeStringPVoid map;
-    CATUnicodeString sheets("9");
-    map.insert(QELElement::Sheets, &sheets);
+    QELAnswerEntry map;
+    map.add(QELElement::Sheets, "9");
     for (int read = 0; read < 2; ++read) {
         long long pos = -1;
         EXPECT_EQ(3, Access::readBlockCount(reader, &map, QELElement::Sheets, pos));

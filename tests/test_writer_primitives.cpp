@@ -451,8 +451,8 @@ TEST_F(WriterPrimitivesTest, AFullDeviceIsReportedOnceAndStopsTheWriting) {
     }
     EXPECT_TRUE(failed);
     EXPECT_EQ(writeFailures(),
-              std::vector<std::string>{"QELDMToXML::writeFormatted: fflush: /dev/full: No space left on device"});
-    EXPECT_TRUE(JNLManager::contains("fflush: /dev/full: No space left on device"));
+              std::vector<std::string>{"QELDMToXML::writeFormatted: write: /dev/full: No space left on device"});
+    EXPECT_TRUE(JNLManager::contains("write: /dev/full: No space left on device"));
 }
 
 TEST_F(WriterPrimitivesTest, ADescriptorLostMidwayOrAFailingCloseIsReportedOnce) {
@@ -463,7 +463,7 @@ TEST_F(WriterPrimitivesTest, ADescriptorLostMidwayOrAFailingCloseIsReportedOnce)
         int linesAfter;
         const char* report;
     } cases[] = {
-        {"descriptor closed midway", 3, 50, "QELDMToXML::writeFormatted: fflush: "},
+        {"descriptor closed midway", 3, 50, "QELDMToXML::writeFormatted: write: "},
         {"close fails", 3, 0, "QELDMToXML::test: fclose: "},
     };
     for (const Case& c : cases) {

@@ -2,7 +2,9 @@
 #define QELDMToXML_H
 
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "CATListValCATUnicodeString.h"
@@ -67,17 +69,15 @@ private:
     // The same for the tag and value lines, without a format to interpret:
     // `before`, `text` up to its first NUL (as "%s" takes it) with its LFs
     // turned into CR LF, and `after` as it is (it carries the CR LF), flushed.
-    void writeLine(const char* before, const char* text, const char* after);
+    // `before` and `after` are literals: their lengths are known where they
+    // are written, and `text` is scanned once.
+    void writeLine(std::string_view before, const char* text, std::string_view after);
     // Writes out what is pending and closes; a failure is reported under
     // `function`, the operation that ends the description.
     void closeFile(const char* function);
     // The first failure of the stream only: error 2102 under `function`,
     // detail "<call>: <path>: <reason>", and a journal line.
     void reportFailure(const char* function, const char* call);
-    // The stream's own buffer, large enough that a formatted write and its
-    // flush make one write system call (stdio ignores the size it is given
-    // without a buffer). It outlives the stream.
-    std::string _streamBuffer;
 
     // Element names are mostly literals: each writer takes them as text, so
     // that no string is built for every line; a CATUnicodeString name is
@@ -324,6 +324,10 @@ private:
     bool _failed;
     int _failureReason;
     std::string _buffer; // reused by every formatted write
+    // The usual tag or value line, put together without a library call per
+    // piece; grown when a longer line comes, never shrunk.
+    std::unique_ptr<char[]> _line;
+    size_t _lineCapacity = 0;
 };
 
 #endif

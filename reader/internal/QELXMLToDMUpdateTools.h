@@ -1,7 +1,7 @@
 #ifndef QELXMLToDMUpdateTools_H
 #define QELXMLToDMUpdateTools_H
 
-// Helpers shared by the reader's sources: an entry map's values read as the
+// Helpers shared by the reader's sources: an entry's values read as the
 // reader reads them, and the walks over counted blocks.
 //
 // The answer is untrusted: a count is only an upper bound, so every walk over
@@ -15,6 +15,7 @@
 
 #include "CATUnicodeString.h"
 #include "JNLManager.h"
+#include "QELAnswerEntry.h"
 #include "QELLookups.h"
 #include "QELStatus.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
@@ -31,9 +32,9 @@ inline void journalMissing(const std::string& path, const std::string& line) {
     JNLManager::writeMsgFormatted("Error while reading desc.xml file %s. %s is missing", path.c_str(), line.c_str());
 }
 
-// The text an entry map holds under `key`, or null.
-inline const CATUnicodeString* entryValue(const TYPMapCATUnicodeStringPVoid* map, const char* key) {
-    return map ? static_cast<const CATUnicodeString*>(map->find(key)) : nullptr;
+// The text an entry holds under `key`, or null.
+inline const CATUnicodeString* entryValue(const QELAnswerEntry* entry, const char* key) {
+    return entry ? entry->find(key) : nullptr;
 }
 
 // atoi's reading (leading blanks, a sign, digits, anything after ignored),
@@ -49,8 +50,8 @@ inline int toInt(const CATUnicodeString& text) { return toInt(text.ConvertToChar
 // The content position the driver stored for a block, 0 when the block is
 // absent or its text is no position (0 would mean "read on from here", which
 // is never where a block starts).
-inline long long blockPosition(const TYPMapCATUnicodeStringPVoid* map, const char* block) {
-    const CATUnicodeString* text = entryValue(map, block);
+inline long long blockPosition(const QELAnswerEntry* entry, const char* block) {
+    const CATUnicodeString* text = entryValue(entry, block);
     if (!text) return 0;
     long long position = std::strtoll(text->ConvertToChar(), nullptr, 10);
     return position > 0 ? position : 0;

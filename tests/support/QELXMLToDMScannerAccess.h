@@ -32,23 +32,21 @@ struct QELXMLToDMScannerAccess {
         return r.getTagValueByName(start, stopLine, name, pos, value);
     }
     static QELComponent* resolvePointer(const CATUnicodeString* token) { return QELXMLToDM::resolvePointer(token); }
-    static int readBlockCount(QELXMLToDM& r, TYPMapCATUnicodeStringPVoid* map, const char* block, long long& pos) {
+    static int readBlockCount(QELXMLToDM& r, const QELAnswerEntry* map, const char* block, long long& pos) {
         return r.readBlockCount(map, block, pos);
     }
 
     // ---- driver
-    static bool getValuesAndStore(QELXMLToDM& r, long long start, long long& pos, TYPMapCATUnicodeStringPVoid*& map,
+    static bool getValuesAndStore(QELXMLToDM& r, long long start, long long& pos, QELAnswerEntry& values,
                                   const char* endLine) {
-        return r.getValuesAndStore(start, pos, map, endLine);
+        return r.getValuesAndStore(start, pos, values, endLine);
     }
-    static bool getValuesAndStoreForComponents(QELXMLToDM& r, long long start, long long& pos,
-                                               TYPMapIntPVoid*& map) {
+    static bool getValuesAndStoreForComponents(QELXMLToDM& r, long long start, long long& pos, TYPMapIntPVoid*& map) {
         return r.getValuesAndStoreForComponents(start, pos, map);
     }
     static void freeComponentsMap(TYPMapIntPVoid* map) { QELXMLToDM::freeComponentsMap(map); }
-    static void clearEntryMap(TYPMapCATUnicodeStringPVoid* map) { QELXMLToDM::clearEntryMap(map); }
     static void createAbsoluteOccurrence(QELXMLToDM& r, QELAbsoluteOccurrence* occurrence, QELSession* session,
-                                         long long& pos, TYPMapCATUnicodeStringPVoid* map) {
+                                         long long& pos, const QELAnswerEntry* map) {
         r.createAbsoluteOccurrence(occurrence, session, 0, pos, EnumDocumentType_Part, map);
     }
 };

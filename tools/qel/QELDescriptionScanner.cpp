@@ -29,7 +29,7 @@ bool QELDescriptionScanner::nextLine(std::string_view& line) {
         ++_line;
         return true;
     }
-    if (!_reader.next(line)) return false;
+    if (!_reader.readLine(line)) return false;
     _line = _reader.lineNumber();
     return true;
 }

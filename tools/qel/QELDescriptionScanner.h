@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "QELLineReader.h"
+#include "UTILLineFile.h"
 
 // One child element of an entry's Item_Info, as lines of the entry.
 struct QELDescriptionElement {
@@ -50,7 +50,7 @@ public:
 
     // The line of the last fault; 0 when the file could not be read at all.
     long errorLine() const { return _errorLine; }
-    long long consumed() const { return _reader.consumed(); }
+    long long consumed() const { return _reader.tell(); }
     long long size() const { return _reader.size(); }
 
 private:
@@ -62,7 +62,7 @@ private:
     bool readElement(QELDescriptionEntry& entry, std::string_view tag, std::string& error);
     bool skipTo(std::string_view name, long openedOn, std::string& error);
 
-    QELLineReader _reader;
+    UTILLineFile _reader;
     std::string _pending;
     bool _hasPending = false;
     long _line = 0;

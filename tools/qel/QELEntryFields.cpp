@@ -2,7 +2,7 @@
 
 #include "QELElementNames.h"
 #include "QELFrameLine.h"
-#include "QELLineReader.h"
+#include "UTILLineFile.h"
 
 namespace {
 
@@ -64,13 +64,13 @@ void QELEntryFieldCollector::line(long number, std::string_view text) {
 
 bool qelCollectEntryFields(const std::string& path, const QELEntryFieldCollector::Entry& entry, std::string& error,
                            const std::function<void(long long, long long)>& progress) {
-    QELLineReader reader;
+    UTILLineFile reader;
     if (!reader.open(path, error)) return false;
     QELEntryFieldCollector collector(entry);
     std::string_view line;
-    while (reader.next(line)) {
+    while (reader.readLine(line)) {
         collector.line(reader.lineNumber(), line);
-        if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.consumed(), reader.size());
+        if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.tell(), reader.size());
     }
     if (reader.failed()) {
         error = "read error";

@@ -6,7 +6,7 @@
 
 #include "QELElementNames.h"
 #include "QELFrameLine.h"
-#include "QELLineReader.h"
+#include "UTILLineFile.h"
 
 namespace {
 
@@ -252,13 +252,13 @@ private:
 
 bool qelCheckFrame(const std::string& path, QELFrameReport& report, std::string& error,
                    const std::function<void(long long, long long)>& progress) {
-    QELLineReader reader;
+    UTILLineFile reader;
     if (!reader.open(path, error)) return false;
     FrameChecker checker(report);
     std::string_view text;
-    while (reader.next(text)) {
+    while (reader.readLine(text)) {
         checker.line(reader.lineNumber(), text);
-        if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.consumed(), reader.size());
+        if (progress && (reader.lineNumber() & 0xFFFF) == 0) progress(reader.tell(), reader.size());
     }
     if (reader.failed()) {
         error = std::strerror(reader.error());

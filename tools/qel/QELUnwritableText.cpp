@@ -8,7 +8,7 @@
 #include "QELEntryFields.h"
 #include "QELFrameLine.h"
 #include "QELHandleTable.h"
-#include "QELLineReader.h"
+#include "UTILLineFile.h"
 #include "QELEscape.h"
 
 namespace {
@@ -63,13 +63,13 @@ void QELUnwritableText::collect() {
 
 void QELUnwritableText::report(const std::string& descriptionPath, const std::string& name) const {
     if (_values.empty()) return;
-    QELLineReader reader;
+    UTILLineFile reader;
     std::string error;
     if (!reader.open(descriptionPath, error)) return;
     EntryWalk walk;
     std::set<std::pair<std::string, std::string>> said; // (token, element)
     std::string_view text;
-    while (reader.next(text)) {
+    while (reader.readLine(text)) {
         const std::string_view element = walk.line(text);
         if (element.empty()) continue;
         const auto found = _values.find(std::string(text));

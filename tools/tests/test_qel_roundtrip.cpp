@@ -597,7 +597,7 @@ std::vector<size_t> cuts(const std::string& text) {
 }
 
 bool journalSaysCut() {
-    for (const std::string& line : JNLManager::entries())
+    for (const std::string_view line : JNLManager::entries())
         for (const char* sign : {"Unexpected end of file", "is missing", "entries announced", "Balise DESC_FILE"})
             if (line.find(sign) != std::string::npos) return true;
     return false;
