@@ -17,7 +17,7 @@
 // 0; a caller that allocated the rejected object frees it. The map never owns
 // its objects.
 //
-// Layout: a model holds about a million of these per 300,000 parts, most with
+// Layout: a model of 100,000 occurrences holds 1.35 million of these, most with
 // a single entry, so one entry lives inside the map and more in one array
 // (with a hash index past eight); keys are shared counted copies
 // (TYPSharedText), never one copy per map.
