@@ -7,6 +7,7 @@
 #include "QELPropertySet.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPMapIntPVoid.h"
+#include "TYPSharedText.h"
 
 namespace {
 
@@ -30,15 +31,19 @@ long long valueBytes(const QELProperty& property) {
         const auto* text = static_cast<const CATUnicodeString*>(property.get_Value());
         return chunk(sizeof(CATUnicodeString)) + (text ? textBytes(*text) : 0);
     }
-    case QELPROPERTY_INTEGER:
-        return chunk(sizeof(int));
-    case QELPROPERTY_BOOLEAN:
-        return chunk(1);
-    case QELPROPERTY_MATRIX:
-        return chunk(16 * sizeof(double));
-    default:
-        return 0; // arrays, lists and products: rare, left out of the floor
+    case QELPROPERTY_INTEGER: return chunk(sizeof(int));
+    case QELPROPERTY_BOOLEAN: return chunk(1);
+    case QELPROPERTY_MATRIX: return chunk(16 * sizeof(double));
+    default: return 0; // arrays, lists and products: rare, left out of the floor
     }
+}
+
+// A text map: its object, its entry array past the one entry it holds
+// inside, and its hash index; the keys are shared texts, counted apart.
+long long mapBytes(const TYPMapCATUnicodeStringPVoid& map) {
+    return chunk(sizeof(TYPMapCATUnicodeStringPVoid)) +
+           chunk(map.entryCapacity() * TYPMapCATUnicodeStringPVoid::kEntryBytes) +
+           chunk(map.indexSlots() * sizeof(uint32_t));
 }
 
 // Link-type codes are small; the table is walked through its public view.
@@ -51,19 +56,15 @@ void countRelations(const QELComponent& component, BenchCensus& census) {
         if (!byName) continue;
         ++types;
         ++census.typeMaps;
-        census.relationBytes += chunk(sizeof(TYPMapCATUnicodeStringPVoid)) +
-                                chunk(byName->size() * sizeof(TYPMapCATUnicodeStringPVoid::Entry));
+        census.relationBytes += mapBytes(*byName);
         for (const auto& name : *byName) {
-            census.relationBytes += textBytes(name.key);
             const auto* byKey = static_cast<const TYPMapCATUnicodeStringPVoid*>(name.object);
             if (!byKey) continue;
             ++census.relationMaps;
-            census.relationBytes += chunk(sizeof(TYPMapCATUnicodeStringPVoid)) +
-                                    chunk(byKey->size() * sizeof(TYPMapCATUnicodeStringPVoid::Entry));
+            census.relationBytes += mapBytes(*byKey);
             for (const auto& entry : *byKey) {
                 ++census.relationEntries;
                 if (entry.key.ToLatin1().size() > 15) ++census.longKeys;
-                census.relationBytes += textBytes(entry.key);
             }
         }
     }
@@ -77,8 +78,8 @@ void countProperties(const QELComponent& component, BenchCensus& census) {
     if (!set) return;
     const int count = set->getPropertiesCount();
     // The set, its list and the list's array of pointers.
-    census.propertyBytes += chunk(sizeof(QELPropertySet)) + chunk(sizeof(QELPropertyList)) +
-                            chunk(count * sizeof(QELProperty*));
+    census.propertyBytes +=
+        chunk(sizeof(QELPropertySet)) + chunk(sizeof(QELPropertyList)) + chunk(count * sizeof(QELProperty*));
     for (int i = 0; i < count; ++i) {
         const QELProperty* property = set->getProperty(i);
         if (!property) continue;
@@ -97,6 +98,8 @@ BenchCensus benchCensus() {
         countRelations(*component, census);
         countProperties(*component, census);
     }
+    census.sharedTexts = static_cast<long>(TYPSharedText::count());
+    census.sharedTextBytes = static_cast<long long>(TYPSharedText::heapBytes());
     return census;
 }
 
@@ -108,8 +111,9 @@ void benchPrintCensus(std::FILE* out, const BenchCensus& census, long occurrence
     std::fprintf(out, "relation maps\t%ld\n", census.relationMaps);
     std::fprintf(out, "relation entries\t%ld\t%ld with a key past 15 characters\n", census.relationEntries,
                  census.longKeys);
-    std::fprintf(out, "properties\t%ld\t%ld with a name past 15 characters\n", census.properties,
-                 census.longNames);
-    std::fprintf(out, "relation layout floor\t%.0f B/occ\n", census.relationBytes / per);
-    std::fprintf(out, "property layout floor\t%.0f B/occ\n", census.propertyBytes / per);
+    std::fprintf(out, "properties\t%ld\t%ld with a name past 15 characters\n", census.properties, census.longNames);
+    std::fprintf(out, "shared texts\t%ld\n", census.sharedTexts);
+    std::fprintf(out, "relations\t%.0f B/occ\n", census.relationBytes / per);
+    std::fprintf(out, "properties and values\t%.0f B/occ\n", census.propertyBytes / per);
+    std::fprintf(out, "shared texts\t%.0f B/occ\n", census.sharedTextBytes / per);
 }

@@ -4,11 +4,10 @@
 #include <cstdio>
 
 // What the built model holds (components, relation tables and their
-// entries, properties) and the heap that this layout needs at the least:
-// every table, entry array, property, value and long text allocated at its
-// exact size, with glibc's chunk rounding and nothing else. The model's real
-// heap over this figure is what an implementation can still win; this figure
-// over pugixml's document is what the layout itself costs.
+// entries, properties, shared texts) and the heap each structure takes as the
+// containers lay it out: every map, entry array, index, property and value
+// counted at its allocated size with glibc's chunk rounding. The model's heap
+// over the sum is the components themselves and the handle table.
 struct BenchCensus {
     long components = 0;
     long relationTables = 0; // "MAP_TYPED_LINK", one per component with a relation
@@ -20,6 +19,8 @@ struct BenchCensus {
     long longNames = 0;
     long long relationBytes = 0;
     long long propertyBytes = 0;
+    long sharedTexts = 0; // keys, component names and property names, one copy each
+    long long sharedTextBytes = 0;
 };
 
 // Walks every live component of the model.

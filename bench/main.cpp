@@ -258,8 +258,8 @@ void scaling(const Options& options) {
     benchPrint(read);
 }
 
-// What the model of that size holds, its heap, and the least heap its
-// layout needs (BenchCensus).
+// What the model of that size holds, its heap, and the heap each structure
+// takes as the containers lay it out (BenchCensus).
 void census(const Options& options) {
     long long modelBytes = 0;
     buildSession(options.occurrences, nullptr, &modelBytes);

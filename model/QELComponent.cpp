@@ -14,7 +14,7 @@ namespace {
 const char* const kChild = "LINKNAME_CHILD";
 const char* const kParent = "LINKNAME_PARENT";
 
-using LinkTable = TYPMapCATUnicodeStringPVoid; // link name -> TYPVectorPQELLink*
+using LinkTable = TYPMapCATUnicodeStringPVoid;     // link name -> TYPVectorPQELLink*
 using RelationTable = TYPMapCATUnicodeStringPVoid; // relation name -> key -> component
 
 bool identical(const CATUnicodeString& a, const CATUnicodeString& b) { return a.Compare(b) == 2; }
@@ -24,8 +24,8 @@ const QELComponent* endOf(const QELLink* link, bool primary) {
 }
 
 bool alwaysNewLink(const CATUnicodeString& name) {
-    static const CATUnicodeString kNames[] = {"CATIA_alternateShapeRep_Link_type",
-                                              "CATIA_componentShapeRep_Link_type", "catdesigntable"};
+    static const CATUnicodeString kNames[] = {"CATIA_alternateShapeRep_Link_type", "CATIA_componentShapeRep_Link_type",
+                                              "catdesigntable"};
     for (const auto& n : kNames) {
         if (name.Compare(n) != 0) return true;
     }
@@ -34,11 +34,21 @@ bool alwaysNewLink(const CATUnicodeString& name) {
 
 } // namespace
 
-QELComponent::QELComponent() : _grmLinks(nullptr), _relations(nullptr), _handle(QELHandleTable::add(this)) {}
+QELComponent::QELComponent()
+    : _name(TYPSharedText::acquire(CATUnicodeString())), _grmLinks(nullptr), _relations(nullptr),
+      _handle(QELHandleTable::add(this)) {}
 
 QELComponent::~QELComponent() {
     release();
+    TYPSharedText::release(_name);
     QELHandleTable::remove(_handle);
+}
+
+void QELComponent::set_Name(const CATUnicodeString& name) {
+    // Acquired first: `name` may be this component's own name.
+    const TYPSharedText::Node* shared = TYPSharedText::acquire(name);
+    TYPSharedText::release(_name);
+    _name = shared;
 }
 
 // ---- relations -------------------------------------------------------------
@@ -71,7 +81,8 @@ void QELComponent::addUnderKey(QELComponent* component, int type, const CATUnico
 
 void QELComponent::addComponent(QELComponent* component, int type, const CATUnicodeString& relationName) {
     if (!component) return;
-    addUnderKey(component, type, relationName, component->get_Name());
+    // Keyed by the shared copy of the name, so no text is copied.
+    relationMap(type, relationName, true)->insert(component->_name, component, "QELComponent", 0);
 }
 
 void QELComponent::addChildrenComponent(QELComponent* component, int type) { addComponent(component, type, kChild); }
@@ -162,7 +173,7 @@ QELLink* QELComponent::addGRMLink(const CATUnicodeString& name, QELComponent* se
         if (TYPVectorPQELLink* links = getGRMLinks(name)) {
             for (QELLink* link : *links) {
                 if (link && link->get_Secondary() == secondary) {
-                    if (link->get_Primary() && identical(link->get_Primary()->get_Name(), _name)) return link;
+                    if (link->get_Primary() && identical(link->get_Primary()->get_Name(), get_Name())) return link;
                     break;
                 }
             }
@@ -244,7 +255,7 @@ TYPVectorPQELLink* QELComponent::namedWhereUsed(const CATUnicodeString& name, bo
     if (TYPVectorPQELLink* links = getGRMLinks(name)) {
         for (QELLink* link : *links) {
             const QELComponent* end = link ? endOf(link, asPrimary) : nullptr;
-            if (end && identical(end->get_Name(), _name)) out->push_back(link);
+            if (end && identical(end->get_Name(), get_Name())) out->push_back(link);
         }
     }
     return out;
@@ -258,7 +269,8 @@ TYPVectorPQELLink* QELComponent::whereUsedWith(const QELComponent* other, bool a
         for (QELLink* link : *static_cast<TYPVectorPQELLink*>(e.object)) {
             const QELComponent* mine = link ? endOf(link, asPrimary) : nullptr;
             const QELComponent* theirs = link ? endOf(link, !asPrimary) : nullptr;
-            if (mine && theirs && identical(mine->get_Name(), _name) && identical(theirs->get_Name(), other->get_Name()))
+            if (mine && theirs && identical(mine->get_Name(), get_Name()) &&
+                identical(theirs->get_Name(), other->get_Name()))
                 out->push_back(link);
         }
     }
@@ -271,7 +283,8 @@ QELLink* QELComponent::firstWhereUsed(const CATUnicodeString& name, const QELCom
     for (QELLink* link : *links) {
         const QELComponent* mine = link ? endOf(link, asPrimary) : nullptr;
         const QELComponent* theirs = link ? endOf(link, !asPrimary) : nullptr;
-        if (mine && theirs && identical(mine->get_Name(), _name) && identical(theirs->get_Name(), other->get_Name()))
+        if (mine && theirs && identical(mine->get_Name(), get_Name()) &&
+            identical(theirs->get_Name(), other->get_Name()))
             return link;
     }
     return nullptr;
@@ -292,7 +305,7 @@ TYPVectorPQELLink* QELComponent::whereUsed(const CATUnicodeString& name, const C
         const QELComponent* mine = link ? endOf(link, asPrimary) : nullptr;
         const QELComponent* theirs = link ? endOf(link, !asPrimary) : nullptr;
         if (!mine || !theirs || seen.count(theirs)) continue;
-        if (identical(mine->get_Name(), _name) && theirs->isAKindOf(otherClass)) {
+        if (identical(mine->get_Name(), get_Name()) && theirs->isAKindOf(otherClass)) {
             seen.insert(theirs);
             out->push_back(link);
         }
@@ -333,7 +346,7 @@ bool QELComponent::hasGRMLinkWhereUsedAsSecondary(const CATUnicodeString& name,
     if (!links) return false;
     for (QELLink* link : *links) {
         if (link && link->get_Secondary() && link->get_Primary() &&
-            identical(link->get_Secondary()->get_Name(), _name) && link->get_Primary()->isAKindOf(primaryClass))
+            identical(link->get_Secondary()->get_Name(), get_Name()) && link->get_Primary()->isAKindOf(primaryClass))
             return true;
     }
     return false;
@@ -347,13 +360,13 @@ bool QELComponent::isWorkSpace() const { return isAKindOf("QELWORKSPACE_CLASSNAM
 
 CATUnicodeString QELComponent::print(int style) const {
     CATUnicodeString out;
-    CATUnicodeString id = get_ClassName() + _name;
+    CATUnicodeString id = get_ClassName() + get_Name();
     QELPropertySet* set = getPropertySet();
     if (style == 0) {
-        out = _name + "\n";
+        out = get_Name() + "\n";
         out += set ? set->print(0) : CATUnicodeString("_p_property_set is NULL\n");
     } else if (style == 1) {
-        out = "\t\t<Class Id=\"" + id + "\" Name=\"" + get_ClassName() + "::" + _name + "\">\n";
+        out = "\t\t<Class Id=\"" + id + "\" Name=\"" + get_ClassName() + "::" + get_Name() + "\">\n";
         out += "\t\t\t<ModelChildren>\n";
         out += set ? set->print(1) : CATUnicodeString("_p_property_set is NULL\n");
         out += "\t\t\t</ModelChildren>\n";

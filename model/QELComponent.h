@@ -8,6 +8,7 @@
 #include "QELPropertyHolder.h"
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPMapIntPVoid.h"
+#include "TYPSharedText.h"
 #include "TYPVector.h"
 
 class QELLink;
@@ -33,8 +34,11 @@ public:
     QELComponent& operator=(const QELComponent&) = delete;
     ~QELComponent();
 
-    const CATUnicodeString& get_Name() const { return _name; }
-    void set_Name(const CATUnicodeString& name) { _name = name; }
+    // The name is a shared copy (TYPSharedText) that the relation maps keying
+    // this component hold too: renaming takes a new copy and leaves their keys
+    // as they were.
+    const CATUnicodeString& get_Name() const { return _name->text; }
+    void set_Name(const CATUnicodeString& name);
     // This component's entry in the table of live components.
     uint64_t get_Handle() const { return _handle; }
 
@@ -136,7 +140,7 @@ private:
     QELLink* firstWhereUsed(const CATUnicodeString& name, const QELComponent* other, bool asPrimary) const;
     TYPVectorPQELLink* namedWhereUsed(const CATUnicodeString& name, bool asPrimary) const;
 
-    CATUnicodeString _name;
+    const TYPSharedText::Node* _name;
     TYPMapIntPVoid* _grmLinks;  // "MAP_DM_LINK"
     TYPMapIntPVoid* _relations; // "MAP_TYPED_LINK"
     uint64_t _handle;

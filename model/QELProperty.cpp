@@ -3,45 +3,32 @@
 #include "CATIProduct.h"
 #include "CATListValCATUnicodeString.h"
 #include "QELKeeper.h"
-#include "QELPropertyNames.h"
+#include "TYPSharedText.h"
 #include "TYPVector.h"
 
-QELProperty::QELProperty()
-    : _type(0), _name(QELPropertyNames::acquire(CATUnicodeString())), _value(nullptr) {}
+QELProperty::QELProperty() : _type(0), _name(TYPSharedText::acquire(CATUnicodeString())), _value(nullptr) {}
 
 QELProperty::QELProperty(int type, const CATUnicodeString& name, void* value)
-    : _type(type), _name(QELPropertyNames::acquire(name)), _value(value) {}
+    : _type(type), _name(TYPSharedText::acquire(name)), _value(value) {}
 
 void QELProperty::set_Name(const CATUnicodeString& name) {
     // Acquired first: `name` may be this property's own name.
-    const CATUnicodeString* shared = QELPropertyNames::acquire(name);
-    QELPropertyNames::release(_name);
+    const TYPSharedText::Node* shared = TYPSharedText::acquire(name);
+    TYPSharedText::release(_name);
     _name = shared;
 }
 
 QELProperty::~QELProperty() {
-    QELPropertyNames::release(_name);
+    TYPSharedText::release(_name);
     switch (_type) {
-    case QELPROPERTY_STRING:
-        delete static_cast<CATUnicodeString*>(_value);
-        break;
-    case QELPROPERTY_INTEGER:
-        delete static_cast<int*>(_value);
-        break;
-    case QELPROPERTY_BOOLEAN:
-        delete static_cast<unsigned char*>(_value);
-        break;
-    case QELPROPERTY_MATRIX:
-        delete[] static_cast<double*>(_value);
-        break;
+    case QELPROPERTY_STRING: delete static_cast<CATUnicodeString*>(_value); break;
+    case QELPROPERTY_INTEGER: delete static_cast<int*>(_value); break;
+    case QELPROPERTY_BOOLEAN: delete static_cast<unsigned char*>(_value); break;
+    case QELPROPERTY_MATRIX: delete[] static_cast<double*>(_value); break;
     case QELPROPERTY_DYNAMIC:
-    case QELPROPERTY_STRING_ARRAY:
-        delete static_cast<TYPVectorCATUnicodeString*>(_value);
-        break;
+    case QELPROPERTY_STRING_ARRAY: delete static_cast<TYPVectorCATUnicodeString*>(_value); break;
     case QELPROPERTY_INTEGER_ARRAY:
-    case QELPROPERTY_BOOLEAN_ARRAY:
-        delete static_cast<TYPVectorInt*>(_value);
-        break;
+    case QELPROPERTY_BOOLEAN_ARRAY: delete static_cast<TYPVectorInt*>(_value); break;
     case QELPROPERTY_PRODUCT:
         if (_value) static_cast<CATIProduct*>(_value)->Release();
         break;
@@ -49,8 +36,7 @@ QELProperty::~QELProperty() {
         // Callers may still hold the list: it stays alive until the process ends.
         QELKeeper::keep(static_cast<CATListValCATUnicodeString*>(_value));
         break;
-    default:
-        break;
+    default: break;
     }
     _value = nullptr;
 }

@@ -3,6 +3,7 @@
 
 #include "CATUnicodeString.h"
 #include "QELObject.h"
+#include "TYPSharedText.h"
 
 // Property type codes; the numbers are part of the interface.
 enum QELPropertyType {
@@ -33,8 +34,9 @@ public:
     QELProperty& operator=(const QELProperty&) = delete;
     ~QELProperty();
 
-    // The name is the shared copy kept by QELPropertyNames.
-    const CATUnicodeString& get_Name() const { return *_name; }
+    // The name is a shared copy (TYPSharedText): a model holds millions of
+    // properties but a few hundred distinct names.
+    const CATUnicodeString& get_Name() const { return _name->text; }
     void set_Name(const CATUnicodeString& name);
     int get_Type() const { return _type; }
     void set_Type(int type) { _type = type; }
@@ -46,7 +48,7 @@ public:
 
 private:
     int _type;
-    const CATUnicodeString* _name;
+    const TYPSharedText::Node* _name;
     void* _value;
 };
 

@@ -31,8 +31,7 @@ template <class Same> long QELPropertyList::locate(size_t hash, Same same) const
 }
 
 long QELPropertyList::locate(const CATUnicodeString& name) const {
-    return locate(_slots.empty() ? 0 : hashOf(name),
-                  [&name](const QELProperty* p) { return p->get_Name() == name; });
+    return locate(_slots.empty() ? 0 : hashOf(name), [&name](const QELProperty* p) { return p->get_Name() == name; });
 }
 
 QELProperty* QELPropertyList::find(const CATUnicodeString& name) const {
@@ -73,6 +72,9 @@ void QELPropertyList::compact() const {
 }
 
 void QELPropertyList::push(QELProperty* property) {
+    // Most components hold two to six properties: a short list grows one
+    // entry at a time, so that it ends at its exact size.
+    if (_order.size() == _order.capacity() && _order.size() < kExactLimit) _order.reserve(_order.size() + 1);
     _order.push_back(property);
     const size_t gaps = _order.size() - _live;
     if (gaps > kLinearLimit && gaps > _live) {

@@ -52,6 +52,7 @@ public:
 
 private:
     static constexpr size_t kLinearLimit = 8;
+    static constexpr size_t kExactLimit = 8;
     static constexpr uint32_t kEmptySlot = 0xFFFFFFFFu;
 
     template <class Same> long locate(size_t hash, Same same) const;

@@ -2,11 +2,10 @@
 #define TYPMapCATUnicodeStringPVoid_H
 
 #include <cstdint>
-#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "CATUnicodeString.h"
+#include "TYPSharedText.h"
 #include "TYPTypeTag.h"
 
 // A named map from text keys to untyped objects, each entry tagged with a type
@@ -17,22 +16,41 @@
 // Inserting a key that is already present keeps the existing entry and answers
 // 0; a caller that allocated the rejected object frees it. The map never owns
 // its objects.
+//
+// Layout: a model of 100,000 occurrences holds 1.35 million of these, most with
+// a single entry, so one entry lives inside the map and more in one array
+// (with a hash index past eight); keys are shared counted copies
+// (TYPSharedText), never one copy per map.
 class TYPMapCATUnicodeStringPVoid {
 public:
+    // What iteration answers: a view of one entry, valid until the map changes.
     struct Entry {
-        CATUnicodeString key;
+        const CATUnicodeString& key;
+        void* object;
+        const std::string* tag;
+    };
+
+private:
+    struct Slot {
+        const TYPSharedText::Node* key;
         void* object;
         const std::string* tag; // null once the entry is erased
         bool live() const { return tag != nullptr; }
     };
 
+public:
     class const_iterator {
     public:
-        const_iterator(const std::vector<Entry>* entries, size_t pos) : _entries(entries), _pos(pos) {
-            skip();
+        const_iterator(const TYPMapCATUnicodeStringPVoid* map, uint32_t pos) : _map(map), _pos(pos) { skip(); }
+        Entry operator*() const {
+            const Slot& s = _map->slots()[_pos];
+            return Entry{s.key->text, s.object, s.tag};
         }
-        const Entry& operator*() const { return (*_entries)[_pos]; }
-        const Entry* operator->() const { return &(*_entries)[_pos]; }
+        struct Arrow {
+            Entry entry;
+            const Entry* operator->() const { return &entry; }
+        };
+        Arrow operator->() const { return Arrow{**this}; }
         const_iterator& operator++() {
             ++_pos;
             skip();
@@ -43,21 +61,24 @@ public:
 
     private:
         void skip() {
-            while (_pos < _entries->size() && !(*_entries)[_pos].live()) ++_pos;
+            while (_pos < _map->_count && !_map->slots()[_pos].live()) ++_pos;
         }
-        const std::vector<Entry>* _entries;
-        size_t _pos;
+        const TYPMapCATUnicodeStringPVoid* _map;
+        uint32_t _pos;
     };
 
     explicit TYPMapCATUnicodeStringPVoid(const char* name = "", int initialSize = 0);
     TYPMapCATUnicodeStringPVoid(const TYPMapCATUnicodeStringPVoid&) = delete;
     TYPMapCATUnicodeStringPVoid& operator=(const TYPMapCATUnicodeStringPVoid&) = delete;
+    ~TYPMapCATUnicodeStringPVoid();
 
     const std::string& name() const { return *_name; }
 
     // 1 when inserted, 0 when the key was already present (nothing changes).
     int insert(const CATUnicodeString& key, void* object, const char* typeTag = "", int flag = 0);
-    int insert(CATUnicodeString&& key, void* object, const char* typeTag = "", int flag = 0);
+    // The same for a key already shared (a component's name): the map takes
+    // one more holder of it.
+    int insert(const TYPSharedText::Node* key, void* object, const char* typeTag = "", int flag = 0);
     // The object under `key`, or null. A non-empty tag must match the entry's.
     // Objects are never the map's: an object answered is owned by whoever
     // inserted it, valid until that owner frees it.
@@ -68,47 +89,63 @@ public:
     bool contains(const CATUnicodeString& key) const { return locate(key) >= 0; }
     // 1 when an entry was erased, 0 when the key was absent.
     int erase(const CATUnicodeString& key);
+    // Forgets every entry; the storage stays for the next ones.
     void clear();
     int size() const { return static_cast<int>(_live); }
     bool empty() const { return _live == 0; }
 
     // Index access in iteration order, from 0; null / empty key out of range.
-    // The object is owned as find's; the key is owned by the map, valid until
-    // its next insert or erase; the tag is interned (TYPTypeTag), valid until
-    // the process ends.
+    // The object is owned as find's; the key is shared (TYPSharedText), valid
+    // until its entry is erased or the map cleared or destroyed; the tag is
+    // interned (TYPTypeTag), valid until the process ends.
     void* getObject(int index) const;
     const CATUnicodeString* getKey(int index) const;
     const std::string* getTag(int index) const;
     // The first object in iteration order, or null.
     void* first() const;
 
-    const_iterator begin() const { return const_iterator(&_entries, 0); }
-    const_iterator end() const { return const_iterator(&_entries, _entries.size()); }
+    const_iterator begin() const { return const_iterator(this, 0); }
+    const_iterator end() const { return const_iterator(this, _count); }
+
+    // For the census: entries the array has room for (0 while the one entry
+    // lives inside the map), slots of the hash index, and the bytes of one
+    // entry.
+    uint32_t entryCapacity() const { return _onHeap ? _many.capacity : 0; }
+    uint32_t indexSlots() const { return _onHeap && _many.index ? indexSize(_many.capacity) : 0; }
+    static constexpr size_t kEntryBytes = sizeof(Slot);
 
 private:
-    static constexpr size_t kLinearLimit = 8;
+    static constexpr uint32_t kLinearLimit = 8;
     static constexpr uint32_t kEmptySlot = 0xFFFFFFFFu;
 
-    bool indexed() const { return _slots && !_slots->empty(); }
+    Slot* slots() const { return _onHeap ? _many.slots : &_one; }
+    uint32_t capacity() const { return _onHeap ? _many.capacity : 1; }
+    static uint32_t indexSize(uint32_t capacity);
     long locate(const CATUnicodeString& key) const;
     long locate(std::string_view key) const;
-    // The object of entry `i` (-1: none) when its tag matches; owned as
-    // find's.
     void* objectAt(long i, const char* typeTag) const;
-    // Appends a key known to be absent.
-    void append(CATUnicodeString&& key, void* object, const char* typeTag);
+    // Appends a key known to be absent; the map takes over the holder.
+    void append(const TYPSharedText::Node* key, void* object, const char* typeTag);
+    void grow();
     void compact() const;
     void rebuildIndex() const;
     void indexEntry(uint32_t entry) const;
 
     const std::string* _name;
-    // Erased entries stay as tombstones until the next compaction; both are
-    // mutable because a const index access may compact.
-    mutable std::vector<Entry> _entries;
-    // Open addressing over _entries, absent or empty while the map is small
-    // (most relation maps hold one entry: the index would double their size).
-    mutable std::unique_ptr<std::vector<uint32_t>> _slots;
-    size_t _live = 0;
+    // Erased entries stay as tombstones until the next compaction, which a
+    // const index access may run: the entries are mutable.
+    mutable uint32_t _count : 31; // entries, tombstones included
+    uint32_t _onHeap : 1;
+    uint32_t _live;
+    struct Many {
+        Slot* slots;
+        uint32_t* index; // null up to kLinearLimit entries
+        uint32_t capacity;
+    };
+    union {
+        mutable Slot _one;
+        mutable Many _many;
+    };
 };
 
 #endif

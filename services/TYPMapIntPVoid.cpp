@@ -11,18 +11,23 @@ const TYPMapIntPVoid::Entry* TYPMapIntPVoid::locate(int key) const {
         auto it = _tree->find(key);
         return it == _tree->end() ? nullptr : &it->second;
     }
-    auto it = std::lower_bound(_flat.begin(), _flat.end(), key,
-                               [](const Entry& e, int k) { return e.key < k; });
+    auto it = std::lower_bound(_flat.begin(), _flat.end(), key, [](const Entry& e, int k) { return e.key < k; });
     return (it != _flat.end() && it->key == key) ? &*it : nullptr;
 }
 
 int TYPMapIntPVoid::insert(int key, void* object, const char* typeTag, int /*flag*/) {
     Entry entry{key, object, TYPTypeTag::intern(typeTag)};
     if (_tree) return _tree->emplace(key, entry).second ? 1 : 0;
-    auto it = std::lower_bound(_flat.begin(), _flat.end(), key,
-                               [](const Entry& e, int k) { return e.key < k; });
+    auto it = std::lower_bound(_flat.begin(), _flat.end(), key, [](const Entry& e, int k) { return e.key < k; });
     if (it != _flat.end() && it->key == key) return 0;
     if (it == _flat.end() || _flat.size() < kFlatLimit) {
+        // A component relates through two or three link types: small tables
+        // grow one entry at a time instead of doubling.
+        if (_flat.size() == _flat.capacity() && _flat.size() < kExactLimit) {
+            const auto at = it - _flat.begin();
+            _flat.reserve(_flat.size() + 1);
+            it = _flat.begin() + at;
+        }
         _flat.insert(it, entry);
         return 1;
     }
@@ -49,8 +54,7 @@ int TYPMapIntPVoid::erase(int key) {
         if (_tree->empty()) _tree.reset();
         return erased;
     }
-    auto it = std::lower_bound(_flat.begin(), _flat.end(), key,
-                               [](const Entry& e, int k) { return e.key < k; });
+    auto it = std::lower_bound(_flat.begin(), _flat.end(), key, [](const Entry& e, int k) { return e.key < k; });
     if (it == _flat.end() || it->key != key) return 0;
     _flat.erase(it);
     return 1;

@@ -69,6 +69,7 @@ public:
 
 private:
     static constexpr size_t kFlatLimit = 64;
+    static constexpr size_t kExactLimit = 8;
 
     // The entry of `key`, or null; owned by the map, valid until it changes.
     const Entry* locate(int key) const;

@@ -7,6 +7,7 @@
 #include "QELLinkType.h"
 #include "QELSession.h"
 #include "QELUtilities.h"
+#include "TYPSharedText.h"
 
 namespace {
 
@@ -268,4 +269,39 @@ TEST_F(ComponentTest, ReleaseForgetsEverythingButTheRelatedObjects) {
     // The link still serves the other end.
     EXPECT_EQ((*b.getGRMLinks("L"))[0], link);
     EXPECT_EQ(link->get_Name(), CATUnicodeString("L"));
+}
+
+// The relation maps key a component by the shared copy of its name: renaming
+// or deleting the component must leave the key as it was when related.
+TEST_F(ComponentTest, RelationKeysOutliveARenameOrDeletionOfTheRelated) {
+    const size_t before = TYPSharedText::count();
+    {
+        Node parent("QELITEM_CLASSNAME", "parent");
+        auto* renamed = new Node("QELDOCUMENT_CLASSNAME", "Document_Name_Past_Fifteen_Characters");
+        auto* deleted = new Node("QELDOCUMENT_CLASSNAME", "Another_Long_Document_Name_Here");
+        parent.addChildrenComponent(renamed, 5);
+        parent.addChildrenComponent(deleted, 5);
+        deleted->addParentComponent(&parent, 5);
+        renamed->addStringProperty("Parent_Comp", "_Under_A_Long_Parent_Name");
+        parent.addAbsolute(renamed, 1, "LINKNAME_CHILD");
+
+        renamed->set_Name("Renamed_Document_With_A_Long_Name");
+        delete deleted;
+        const TYPMapCATUnicodeStringPVoid* children = parent.getChildrenComponents(5);
+        ASSERT_NE(children, nullptr);
+        EXPECT_EQ(*children->getKey(0), CATUnicodeString("Document_Name_Past_Fifteen_Characters"));
+        EXPECT_EQ(*children->getKey(1), CATUnicodeString("Another_Long_Document_Name_Here"));
+        EXPECT_EQ(parent.getChildrenComponent(5, "Document_Name_Past_Fifteen_Characters"), renamed);
+        EXPECT_EQ(parent.getChildrenComponent(5, "Renamed_Document_With_A_Long_Name"), nullptr);
+        EXPECT_EQ(parent.getChildrenComponent(1, "Document_Name_Past_Fifteen_Characters_Under_A_Long_Parent_Name"),
+                  renamed);
+        // A new relation keys the new name, beside the old one.
+        parent.addChildrenComponent(renamed, 5);
+        EXPECT_EQ(parent.getChildrenCount(5), 3);
+        EXPECT_NE(parent.getChildrenComponents(5)->erase("Another_Long_Document_Name_Here"), 0);
+        delete renamed;
+        EXPECT_EQ(*parent.getChildrenComponents(5)->getKey(1), CATUnicodeString("Renamed_Document_With_A_Long_Name"));
+    }
+    // Every copy went with its last holder.
+    EXPECT_EQ(TYPSharedText::count(), before);
 }

@@ -8,6 +8,7 @@
 
 #include "TYPMapCATUnicodeStringPVoid.h"
 #include "TYPMapIntPVoid.h"
+#include "TYPSharedText.h"
 #include "TYPTypeTag.h"
 
 namespace {
@@ -166,4 +167,52 @@ TEST(TYPTypeTag, OneCopyPerTextWhateverTheBuffer) {
     EXPECT_NE(TYPTypeTag::intern("QELRELATIVEOCCURRENCE_CLASSNAMF"), tag);
     EXPECT_EQ(TYPTypeTag::intern(nullptr), TYPTypeTag::empty());
     EXPECT_EQ(TYPTypeTag::intern(""), TYPTypeTag::empty());
+}
+
+// One entry lives inside the map, more in an array, past eight with an index:
+// every transition must keep order, keys and the shared copies' holders.
+TEST(TYPMapCATUnicodeStringPVoid, GrowsShrinksAndRefillsThroughEveryLayout) {
+    const size_t before = TYPSharedText::count();
+    for (int n : {1, 2, 5, 9, 40}) {
+        SCOPED_TRACE(n);
+        TYPMapCATUnicodeStringPVoid m;
+        for (int round = 0; round < 2; ++round) { // the second after clear()
+            for (int i = 0; i < n; ++i) EXPECT_EQ(m.insert(key(i), obj(i + 1)), 1);
+            EXPECT_EQ(TYPSharedText::count(), before + n);
+            for (int i = 0; i < n; i += 2) EXPECT_EQ(m.erase(key(i)), 1);
+            EXPECT_EQ(TYPSharedText::count(), before + n / 2);
+            int index = 0;
+            for (int i = 1; i < n; i += 2, ++index) {
+                EXPECT_EQ(*m.getKey(index), key(i));
+                EXPECT_EQ(m.find(key(i).ConvertToChar()), obj(i + 1));
+            }
+            EXPECT_EQ(m.size(), index);
+            m.clear();
+            EXPECT_EQ(m.find(key(1)), nullptr);
+            EXPECT_EQ(m.first(), nullptr);
+        }
+    }
+    EXPECT_EQ(TYPSharedText::count(), before);
+}
+
+TEST(TYPSharedText, OneNodePerTextHeldUntilItsLastHolderAndFreedBySweep) {
+    const size_t before = TYPSharedText::count();
+    std::vector<const TYPSharedText::Node*> nodes;
+    // Past several rebuilds of the table, with an entry taken twice.
+    for (int i = 0; i < 5000; ++i) nodes.push_back(TYPSharedText::acquire(key(i) + "_shared_text_long"));
+    EXPECT_EQ(TYPSharedText::acquire(key(7) + "_shared_text_long"), nodes[7]);
+    EXPECT_EQ(TYPSharedText::count(), before + 5000);
+    for (int i = 0; i < 5000; ++i) {
+        EXPECT_EQ(nodes[i]->text, key(i) + "_shared_text_long") << i;
+        TYPSharedText::release(nodes[i]);
+    }
+    // One holder is left on the seventh; the rest are idle, then gone.
+    EXPECT_EQ(TYPSharedText::count(), before + 1);
+    EXPECT_EQ(TYPSharedText::acquire(key(9) + "_shared_text_long"), nodes[9]); // idle, taken again
+    TYPSharedText::release(nodes[9]);
+    TYPSharedText::sweep();
+    EXPECT_EQ(nodes[7]->text, key(7) + "_shared_text_long");
+    TYPSharedText::release(nodes[7]);
+    TYPSharedText::sweep();
+    EXPECT_EQ(TYPSharedText::count(), before);
 }

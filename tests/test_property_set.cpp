@@ -10,7 +10,7 @@
 #include "CATIProduct.h"
 #include "JNLManager.h"
 #include "QELProperty.h"
-#include "QELPropertyNames.h"
+#include "TYPSharedText.h"
 #include "QELPropertySet.h"
 
 namespace {
@@ -91,8 +91,8 @@ TEST(QELPropertySet, ManyReplacementsKeepNamesUniqueAndFindable) {
     EXPECT_EQ(set.getProperty(wide.ToLatin1().c_str()), nullptr);
 }
 
-TEST(QELPropertyNames, OneCopyPerNameGoneWithItsLastProperty) {
-    const size_t before = QELPropertyNames::count();
+TEST(TYPSharedText, OneCopyPerPropertyNameGoneWithItsLastProperty) {
+    const size_t before = TYPSharedText::count();
     const char* name = "Name_Brought_By_An_Answer_File_Only";
     {
         QELPropertySet first;
@@ -100,17 +100,17 @@ TEST(QELPropertyNames, OneCopyPerNameGoneWithItsLastProperty) {
         first.addStringProperty(name, "1");
         second.addIntegerProperty(name, 2);
         EXPECT_EQ(&first.getProperty(name)->get_Name(), &second.getProperty(name)->get_Name());
-        EXPECT_EQ(QELPropertyNames::count(), before + 1);
+        EXPECT_EQ(TYPSharedText::count(), before + 1);
         first.addBooleanProperty(name, true); // another kind: a new property, same copy
-        EXPECT_EQ(QELPropertyNames::count(), before + 1);
+        EXPECT_EQ(TYPSharedText::count(), before + 1);
 
         QELProperty* p = second.getProperty(name);
         p->set_Name(p->get_Name()); // its own name
         EXPECT_EQ(p->get_Name(), CATUnicodeString(name));
         p->set_Name("Renamed_Once_And_For_All_Here");
-        EXPECT_EQ(QELPropertyNames::count(), before + 2);
+        EXPECT_EQ(TYPSharedText::count(), before + 2);
     }
-    EXPECT_EQ(QELPropertyNames::count(), before);
+    EXPECT_EQ(TYPSharedText::count(), before);
 }
 
 TEST(QELPropertySet, TypedGettersAnswerNeutrallyForMissingOrOtherKinds) {
