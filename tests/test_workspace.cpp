@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "CATListValCATUnicodeString.h"
@@ -367,7 +368,7 @@ TEST_F(WorkSpaceTest, PointedItemsListPrimariesOfAnItemLinkAndStopAtADocumentWit
     JNLManager::clear();
     EXPECT_EQ(before, pointed(-1));
     const auto& lines = JNLManager::entries();
-    EXPECT_EQ(1, std::count_if(lines.begin(), lines.end(), [](const std::string& line) {
+    EXPECT_EQ(1, std::count_if(lines.begin(), lines.end(), [](std::string_view line) {
                   return line.find("Loose.CATPart has no GRM link DRAWING_OF_LINK") != std::string::npos;
               }));
 }
