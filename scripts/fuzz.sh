@@ -6,6 +6,8 @@
 #   scripts/fuzz.sh [SECONDS] [HARNESS...]
 #
 # SECONDS per harness (30 by default); every harness of fuzz/ by default.
+# QEL_FUZZ_SEED fixes libFuzzer's random seed (the CI run uses 1, so that the
+# gate walks the same mutations every time; 0, the default, draws one).
 # Exits non-zero when a harness fails; the failing input is kept under
 # build/fuzz/findings/<harness>/ (add it to fuzz/crashes/<harness>/ once
 # fixed, so that CTest replays it for good).
@@ -47,7 +49,7 @@ run() {
     cp fuzz/corpus/"$harness"/* "$scratch/$harness/" 2>/dev/null || true
     build/fuzz/fuzz/qel_fuzz_"$harness" -dict=fuzz/"${dictionary[$harness]}".dict -max_len="${max_len[$harness]}" \
         -max_total_time="$seconds" -rss_limit_mb=512 -timeout=5 -report_slow_units=1 -print_final_stats=1 \
-        -artifact_prefix="$findings/" "$scratch/$harness" >"$scratch/$harness.log" 2>&1
+        -seed="${QEL_FUZZ_SEED:-0}" -artifact_prefix="$findings/" "$scratch/$harness" >"$scratch/$harness.log" 2>&1
 }
 
 failed=()

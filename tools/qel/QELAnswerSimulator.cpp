@@ -5,6 +5,7 @@
 
 #include "QELAnswerNames.h"
 #include "QELElementNames.h"
+#include "QELFrameLine.h"
 
 namespace {
 
@@ -32,16 +33,36 @@ bool isOccurrence(const QELDescriptionEntry& entry) {
     return false;
 }
 
-// The lines of every `element` child of a block, one group per child.
+// A described value copied into the answer. A tag line where a value belongs
+// reads as an empty value: echoed, it would be structure out of place.
+std::string_view valueLine(std::string_view line) {
+    return qelClassifyLine(line).kind == QELLineKind::Value ? line : std::string_view();
+}
+
+// The line closing the element opened on line `open`, or `end`; nested
+// elements of the same name are skipped whole.
+size_t closingLine(const QELDescriptionEntry& entry, size_t open, size_t end) {
+    const std::string_view name = qelClassifyLine(entry.line(open)).name;
+    long depth = 0;
+    for (size_t i = open; i < end; ++i) {
+        const QELFrameLine frame = qelClassifyLine(entry.line(i));
+        if (frame.name != name) continue;
+        if (frame.kind == QELLineKind::Open) ++depth;
+        else if (--depth == 0) return i;
+    }
+    return end;
+}
+
+// The value lines of every `element` child of a block, one group per child.
 std::vector<std::vector<std::string_view>> childGroups(const QELDescriptionEntry& entry,
                                                        const QELDescriptionElement& block, std::string_view element) {
     const std::string open = "<" + std::string(element) + ">";
-    const std::string close = "</" + std::string(element) + ">";
     std::vector<std::vector<std::string_view>> groups;
     for (size_t i = block.begin; i < block.end; ++i) {
         if (entry.line(i) != open) continue;
         std::vector<std::string_view>& group = groups.emplace_back();
-        for (++i; i < block.end && entry.line(i) != close; ++i) group.push_back(entry.line(i));
+        const size_t close = closingLine(entry, i, block.end);
+        for (++i; i < close; ++i) group.push_back(valueLine(entry.line(i)));
     }
     return groups;
 }
@@ -77,10 +98,18 @@ bool QELAnswerSimulator::run(const std::string& descriptionPath, const std::stri
     QELDescriptionEntry entry;
     while (scanner.nextEntry(entry, error)) {
         answerEntry(entry);
+        if (!_out.unfitValue().empty()) {
+            error = "the entry's value \"" + _out.unfitValue() +
+                    "\" cannot be answered in <" + _out.unfitElement() +
+                    ">: it ends with that element's closing tag";
+            _errorLine = entry.openedOn;
+            _unanswerable = true;
+            break;
+        }
         if ((++_entries & 0x3FF) == 0 && progress) progress(scanner.consumed(), scanner.size());
     }
     if (!error.empty()) {
-        _errorLine = scanner.errorLine();
+        if (_errorLine == 0) _errorLine = scanner.errorLine();
         // No half answer is left behind for a reader to take.
         std::string ignored;
         _out.close(ignored);
@@ -274,7 +303,8 @@ void QELAnswerSimulator::writeShapes(const QELDescriptionEntry& entry, const QEL
             continue;
         }
         group.clear();
-        for (++i; i < block.end && entry.line(i) != "</SR>"; ++i) group.push_back(entry.line(i));
+        const size_t close = closingLine(entry, i, block.end);
+        for (++i; i < close; ++i) group.push_back(valueLine(entry.line(i)));
         writeShapeRepresentation(group, item);
     }
     _out.closeTag(name);
@@ -327,10 +357,9 @@ void QELAnswerSimulator::writeComposites(const QELDescriptionEntry& entry, const
             _out.line(entry.line(i));
             continue;
         }
-        size_t end = i + 1;
-        while (end < block->end && entry.line(end) != "</Ply>") ++end;
+        const size_t end = closingLine(entry, i, block->end);
         auto described = [&](size_t offset) {
-            return i + offset < end ? entry.line(i + offset) : std::string_view();
+            return i + offset < end ? valueLine(entry.line(i + offset)) : std::string_view();
         };
         const std::string index = std::to_string(++_fileIndex);
         _out.openTag(QELElement::Ply);

@@ -41,8 +41,9 @@ class QELAnswerSimulator {
 public:
     using Progress = std::function<void(long long done, long long total)>;
 
-    // False with `error` when the description cannot be read
-    // or is not in the line frame, or when the answer cannot be written.
+    // False with `error` when the description cannot be read or is not in
+    // the line frame, when a value would break the answer's frame, or when
+    // the answer cannot be written. No answer is left behind.
     bool run(const std::string& descriptionPath, const std::string& answerPath, std::string& error,
              const Progress& progress = {});
     // After a failed run: the answer could not be written (rather than the
@@ -52,6 +53,9 @@ public:
     int writeError() const { return _out.failureReason(); }
     // After a failed run: the description's line at fault, 0 for none.
     long errorLine() const { return _errorLine; }
+    // After a failed run: the description is well framed, but a value it
+    // holds cannot be carried where the answer puts it.
+    bool unanswerable() const { return _unanswerable; }
     long entries() const { return _entries; }
     long items() const { return static_cast<long>(_items.size()); }
 
@@ -87,6 +91,7 @@ private:
     long _entries = 0;
     long _occurrences = 0;
     bool _writeFailed = false;
+    bool _unanswerable = false;
     long _errorLine = 0;
     // Secondaries and shapes renamed within the entry being answered: the
     // same document gets the same names in every entry that shows it.

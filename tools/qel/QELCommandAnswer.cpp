@@ -35,7 +35,9 @@ int answer(const AnswerOptions& options) {
         output.failed(simulator.writeError());
         return QELExit_Failed;
     }
-    if (simulator.errorLine() > 0)
+    if (simulator.unanswerable())
+        qelSay("%s:%ld: %s", description.name().c_str(), simulator.errorLine(), error.c_str());
+    else if (simulator.errorLine() > 0)
         qelSay("%s:%ld: %s (qel check lists every fault of the frame)", description.name().c_str(),
                simulator.errorLine(), error.c_str());
     else

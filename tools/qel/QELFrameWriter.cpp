@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "QELFrameLine.h"
+
 namespace {
 constexpr size_t kBufferSize = 1 << 20;
 }
@@ -42,27 +44,60 @@ void QELFrameWriter::flushBuffer() {
     _buffer.clear();
 }
 
-void QELFrameWriter::line(std::string_view text) {
+void QELFrameWriter::append(std::string_view text) {
     _buffer.append(text);
     _buffer.append("\r\n");
     if (_buffer.size() >= kBufferSize) flushBuffer();
 }
 
+void QELFrameWriter::push(std::string_view name) {
+    if (_depth == _open.size()) _open.emplace_back();
+    _open[_depth++].assign(name);
+}
+
+void QELFrameWriter::pop(std::string_view name) {
+    if (_depth > 0 && _open[_depth - 1] == name) --_depth;
+}
+
+void QELFrameWriter::line(std::string_view text) {
+    const QELFrameLine frame = qelClassifyLine(text);
+    if (frame.kind == QELLineKind::Open) push(frame.name);
+    else if (frame.kind == QELLineKind::Close) pop(frame.name);
+    else checkValue(text);
+    append(text);
+}
+
+// A value copied from elsewhere may end with the closing tag of the element
+// it now stands in, which a reader of the frame takes for a value and a tag.
+void QELFrameWriter::checkValue(std::string_view text) {
+    if (_depth == 0 || !_unfitValue.empty()) return;
+    const std::string& element = _open[_depth - 1];
+    const size_t tag = element.size() + 3;
+    if (text.size() <= tag || text.compare(text.size() - tag, 2, "</") != 0 || text.back() != '>' ||
+        text.compare(text.size() - tag + 2, element.size(), element) != 0)
+        return;
+    _unfitValue.assign(text);
+    _unfitElement = element;
+}
+
 void QELFrameWriter::openTag(std::string_view name) {
+    push(name);
     _buffer += '<';
     _buffer.append(name);
-    line(">");
+    append(">");
 }
 
 void QELFrameWriter::closeTag(std::string_view name) {
+    pop(name);
     _buffer.append("</");
     _buffer.append(name);
-    line(">");
+    append(">");
 }
 
 void QELFrameWriter::leaf(std::string_view name, std::string_view value) {
     openTag(name);
-    line(value);
+    checkValue(value);
+    append(value);
     closeTag(name);
 }
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Writes a file in the description's line frame: one tag or one value per
 // line, CR LF line ends, nothing escaped. Lines are gathered in a large
@@ -28,8 +29,17 @@ public:
     bool close(std::string& error);
     // After a failure: the system's reason (errno) of the first call that failed.
     int failureReason() const { return _failureReason; }
+    // The first value line that ends with the closing tag of the element it
+    // is in (empty when none), and that element: a frame check reads such a
+    // line as a value followed by a tag.
+    const std::string& unfitValue() const { return _unfitValue; }
+    const std::string& unfitElement() const { return _unfitElement; }
 
 private:
+    void append(std::string_view text);
+    void push(std::string_view name);
+    void pop(std::string_view name);
+    void checkValue(std::string_view text);
     void flushBuffer();
     void fail();
 
@@ -38,6 +48,10 @@ private:
     bool _failed = false;
     int _failureReason = 0;
     std::string _buffer;
+    std::vector<std::string> _open; // the open elements' names, _depth of them in use
+    size_t _depth = 0;
+    std::string _unfitValue;
+    std::string _unfitElement;
 };
 
 #endif

@@ -353,6 +353,40 @@ TEST_F(AnswerSimulatorTest, MalformedDescriptionNamesItsLineAndLeavesNoAnswer) {
 
 // ---- names ------------------------------------------------------------------------------
 
+// Well-framed descriptions whose values the answer could misplace: an element
+// where a positional value belongs is never echoed as structure, and a value
+// the answer cannot carry fails the run with no answer left behind.
+TEST_F(AnswerSimulatorTest, ValuesNeverBecomeStructure) {
+    answer(describe({{CATPart, join({leaf(POINTER_ADDRESS, "0000000000000001"),
+                                     leaf(File_Name, "Cover.CATPart"),
+                                     {"<Part_Number>", "<X>", "v", "</X>", "</Part_Number>"},
+                                     {"<secondaries>"},
+                                     leaf(NBElements, "1"),
+                                     {"<secondary>", "C:\\m.model", "", "<secondary>", "in", "</secondary>",
+                                      "DS-1", "</secondary>"},
+                                     {"</secondaries>"}})}},
+                    1));
+    EXPECT_EQ(answered[0].value(Part_Number), "ITM-000001");
+    const std::vector<std::string> lines = block(0, secondaries);
+    const std::vector<std::string> expected =
+        join({leaf(NBElements, "1"),
+              {"<secondary>", "C:\\m.model", "ITM-000001_A_S1.model", "in", "ITM-000001-S1",
+               qelAnswerUid("NR", 1, "ITM-000001/S1/C:\\m.model"), "0", "0", "</secondary>"}});
+    EXPECT_EQ(lines, expected);
+
+    const std::string description =
+        describe({{CATPart, join({leaf(POINTER_ADDRESS, "0000000000000001"), leaf(File_Name, "a</Old_File_Name>")})}},
+                 1);
+    const std::string answerPath = (directory / "unanswerable.xml").string();
+    QELAnswerSimulator simulator;
+    std::string error;
+    EXPECT_FALSE(simulator.run(description, answerPath, error));
+    EXPECT_TRUE(simulator.unanswerable());
+    EXPECT_EQ(simulator.errorLine(), 11);
+    EXPECT_NE(error.find("\"a</Old_File_Name>\" cannot be answered in <Old_File_Name>"), std::string::npos) << error;
+    EXPECT_FALSE(std::filesystem::exists(answerPath));
+}
+
 TEST(AnswerNamesTest, NamesAreStableAndApart) {
     EXPECT_EQ(qelAnswerItemId(42), "ITM-000042");
     EXPECT_EQ(qelAnswerItemId(1234567), "ITM-1234567");
