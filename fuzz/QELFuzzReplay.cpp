@@ -1,10 +1,14 @@
 // Feeds every file of the folders (or the files) named on the command line
 // to the harness's entry point, in name order, so that any compiler can
 // replay the corpus and every input that ever failed. Exits non-zero when a
-// path cannot be read; a failing input aborts through the sanitizers.
+// path cannot be read; a failing input aborts through the sanitizers. The
+// reader harnesses compare every session they put back with the session as
+// built (QEL_FUZZ_CHECK_RESTORES), so that replaying a folder in one process
+// shows that no input depends on those before it.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -16,6 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 namespace fs = std::filesystem;
 
 int main(int argc, char** argv) {
+    setenv("QEL_FUZZ_CHECK_RESTORES", "1", 0);
     std::vector<fs::path> inputs;
     for (int i = 1; i < argc; ++i) {
         const fs::path path(argv[i]);

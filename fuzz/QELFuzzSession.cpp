@@ -21,6 +21,7 @@
 #include "QELAbsoluteOccurrence.h"
 #include "QELDMToXML.h"
 #include "QELDocument.h"
+#include "QELFuzzKeptSession.h"
 #include "QELFuzzSessionComposer.h"
 #include "QELFuzzSupport.h"
 #include "QELHandleTable.h"
@@ -195,7 +196,41 @@ void buildReaderSession(const uint8_t* header) {
         documents.front()->linkComponentAbsoluteOccurrence(firstOccurrence);
 }
 
-void readAnswerInput(const uint8_t* data, size_t size, Reading reading) {
+namespace {
+
+// The session of the last header read into, put back after every reading
+// (see QELFuzzKeptSession.h), and as built: what the restore is checked
+// against when restores are checked.
+struct KeptReaderSession {
+    bool live = false;
+    std::string header;
+    KeptSession model;
+    std::string builtState;
+};
+
+KeptReaderSession& keptReaderSession() {
+    static KeptReaderSession kept;
+    return kept;
+}
+
+// The replay programs ask for the check through the environment.
+bool& restoresChecked() {
+    static bool checked = std::getenv("QEL_FUZZ_CHECK_RESTORES") != nullptr;
+    return checked;
+}
+
+} // namespace
+
+void checkRestores(bool check) { restoresChecked() = check; }
+
+bool readerSessionKept() { return keptReaderSession().live; }
+
+void dropReaderSession() {
+    keptReaderSession().live = false;
+    resetSession();
+}
+
+void readAnswerInput(const uint8_t* data, size_t size, Reading reading, const std::function<void()>& afterReading) {
     if (size < kHeaderSize || size - kHeaderSize > kMaxAnswer)
         return;
     const uint8_t* answer = data + kHeaderSize;
@@ -203,7 +238,21 @@ void readAnswerInput(const uint8_t* data, size_t size, Reading reading) {
     if (frameDepth(answer, answerSize) > kMaxAnswerDepth)
         return;
     const std::string& path = writeInput(answer, answerSize);
-    buildReaderSession(data);
+    KeptReaderSession& kept = keptReaderSession();
+    if (!kept.live || kept.header.compare(0, kHeaderSize, reinterpret_cast<const char*>(data), kHeaderSize) != 0) {
+        HiddenCoverage hidden;
+        dropReaderSession();
+        buildReaderSession(data);
+        kept.model.record();
+        if (restoresChecked())
+            kept.builtState = observableState();
+        kept.header.assign(reinterpret_cast<const char*>(data), kHeaderSize);
+        kept.live = true;
+    }
+    // Every reading starts from an empty journal, whether the session is
+    // new or put back.
+    JNLManager::clear();
+    EMHManager::clear();
     {
         QELXMLToDM reader(path.c_str());
         if (reading == Reading::Full)
@@ -211,7 +260,22 @@ void readAnswerInput(const uint8_t* data, size_t size, Reading reading) {
         else
             reader.readOptions(QELSession::getInstance());
     }
-    resetSession();
+    if (afterReading)
+        afterReading();
+    JNLManager::clear();
+    EMHManager::clear();
+    // A session that cannot be put back is freed at once: the input then
+    // frees about what it allocated, and libFuzzer has no cause to run it
+    // again and scan the heap for leaks.
+    HiddenCoverage hidden;
+    if (!kept.model.restore()) {
+        dropReaderSession();
+    } else if (restoresChecked() && observableState() != kept.builtState) {
+        std::fprintf(stderr, "qel fuzz: the session put back after a reading differs from the session built:\n"
+                             "--- built\n%s--- put back\n%s",
+                     kept.builtState.c_str(), observableState().c_str());
+        std::abort();
+    }
 }
 
 bool writerAllows(const QELFrameProblem& problem) {
@@ -233,6 +297,9 @@ bool describeSession(const std::string& path) {
 }
 
 bool loadComposedSession(ByteSource& bytes, bool allowRaw, bool& raw) {
+    // What the model's making covers follows from the bytes alone (see
+    // HiddenCoverage); the writer's own coverage tells its shapes apart.
+    HiddenCoverage hidden;
     keepJournalsSmall();
     const ComposedSession composed = composeSession(bytes, allowRaw);
     raw = composed.raw;

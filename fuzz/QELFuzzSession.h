@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "QELFrameCheck.h"
@@ -22,9 +23,8 @@ namespace qelfuzz {
 //   [3, kHeaderSize) the session, made by composeSession from these bytes;
 //       a recipe that begins with kBundledRecipe asks for the bundled
 //       example session instead, with a few host states it lacks.
-// The sessions of the last kRecipeCacheSize recipes stay parsed and are
-// built again for every input, so that the same input always reads into the
-// same fresh model.
+// The sessions of the last kRecipeCacheSize recipes stay parsed; the
+// session of the last header stays built (see readAnswerInput).
 constexpr size_t kRecipeSize = 48;
 constexpr size_t kRecipeCacheSize = 256;
 constexpr size_t kHeaderSize = 3 + kRecipeSize;
@@ -32,13 +32,27 @@ constexpr uint8_t kBundledRecipe[] = {0xFF, 0xFF, 0xFF, 0xFF};
 void buildReaderSession(const uint8_t* header);
 
 // The reader harnesses' whole input: refuses one beyond the limits, writes
-// the answer, builds the session of the header, reads the answer into it
-// (the full reading, or only the options pass) and resets. Limits:
-// kMaxAnswer bytes of answer, tags kMaxAnswerDepth deep.
+// the answer, reads it (the full reading, or only the options pass) into the
+// session of the header and puts that session back as it was built. The
+// session stays for the next input of the same header; a reading that
+// changed more than a restore puts back (see QELFuzzKeptSession.h) drops it,
+// and the next input builds it anew. Either way an input reads into the
+// model its header builds, whatever came before. Limits: kMaxAnswer bytes of
+// answer, tags kMaxAnswerDepth deep.
 constexpr size_t kMaxAnswer = 64 * 1024;
 constexpr size_t kMaxAnswerDepth = 32;
 enum class Reading { Full, OptionsOnly };
-void readAnswerInput(const uint8_t* data, size_t size, Reading reading);
+// `afterReading`, when given, runs between the reading and the restore.
+void readAnswerInput(const uint8_t* data, size_t size, Reading reading,
+                     const std::function<void()>& afterReading = {});
+// Whether the session of the last header is kept (its reading was put back).
+bool readerSessionKept();
+// Frees the kept reader session and resets every process-wide setting.
+void dropReaderSession();
+// When set, every restore is compared with the session as built, and a
+// difference aborts (the replay programs set it; the comparison costs about
+// as much as the reading).
+void checkRestores(bool check);
 
 // Whether a problem the frame check finds in a description is one the
 // writer allows itself: an NBElements that does not match the entries, when

@@ -6,12 +6,34 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <vector>
 
 #include "QELHandleTable.h"
 #include "SessionReset.h"
+#include "TYPSharedText.h"
+
+// The inline 8-bit counters of the coverage hooks, one per edge, that
+// libFuzzer reads after every input; absent (null) without the hooks.
+extern "C" {
+extern uint8_t __start___sancov_cntrs[] __attribute__((weak));
+extern uint8_t __stop___sancov_cntrs[] __attribute__((weak));
+}
 
 namespace qelfuzz {
 namespace {
+
+bool haveCounters() { return __start___sancov_cntrs && __stop___sancov_cntrs > __start___sancov_cntrs; }
+
+// The counters as the outermost HiddenCoverage found them; the inner ones
+// (a reset within a rebuild) leave them to it.
+std::vector<uint8_t>& savedCounters() {
+    static std::vector<uint8_t> saved;
+    return saved;
+}
+int& hiddenDepth() {
+    static int depth = 0;
+    return depth;
+}
 
 // Removes the file when the process ends normally.
 struct ProcessFile {
@@ -42,12 +64,28 @@ const std::string& scratchFile(const char* role) {
 }
 
 void resetSession() {
+    HiddenCoverage hidden;
     qeltest::resetSession();
+    // The names of the freed model stay in the shared-text table until it
+    // next grows; freed now, an input that builds and frees a model frees
+    // all it allocated, so libFuzzer does not take it for a leak and scan
+    // the heap after it (the forms' names are new every time).
+    TYPSharedText::sweep();
     if (!QELHandleTable::restartNumbering()) {
         std::fprintf(stderr, "qel fuzz: %zu components outlive the model\n",
                      QELHandleTable::liveCount());
         std::abort();
     }
+}
+
+HiddenCoverage::HiddenCoverage() {
+    if (hiddenDepth()++ == 0 && haveCounters())
+        savedCounters().assign(__start___sancov_cntrs, __stop___sancov_cntrs);
+}
+
+HiddenCoverage::~HiddenCoverage() {
+    if (--hiddenDepth() == 0 && haveCounters())
+        std::copy(savedCounters().begin(), savedCounters().end(), __start___sancov_cntrs);
 }
 
 size_t frameDepth(const uint8_t* data, size_t size) {

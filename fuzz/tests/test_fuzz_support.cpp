@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -16,16 +17,19 @@
 #include <nlohmann/json.hpp>
 
 #include "CATDocument.h"
+#include "CV5CAAQELSession.h"
 #include "CV5CAAToolsCommon.h"
 #include "EMHManager.h"
 #include "ENVManager.h"
 #include "JNLManager.h"
 #include "PROCManager.h"
 #include "QELComponent.h"
+#include "QELFuzzKeptSession.h"
 #include "QELFuzzSession.h"
 #include "QELFuzzSessionComposer.h"
 #include "QELFuzzSupport.h"
 #include "QELHandleTable.h"
+#include "QELSession.h"
 
 namespace {
 
@@ -87,8 +91,33 @@ std::string fileText(const std::string& path) {
 
 class FuzzSupportTest : public ::testing::Test {
 protected:
-    void TearDown() override { qelfuzz::resetSession(); }
+    void TearDown() override { qelfuzz::dropReaderSession(); }
 };
+
+std::vector<std::vector<uint8_t>> readerSeeds() {
+    std::vector<std::vector<uint8_t>> seeds;
+    std::vector<std::string> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(QEL_FUZZ_CORPUS "/execute"))
+        paths.push_back(entry.path().string());
+    std::sort(paths.begin(), paths.end());
+    for (const std::string& path : paths) {
+        const std::string text = fileText(path);
+        if (text.size() >= qelfuzz::kHeaderSize)
+            seeds.push_back(bytesOf(text));
+    }
+    return seeds;
+}
+
+// What a reading left: the model and host as the restore sees them, and the
+// journal and error handler.
+std::string readingOutcome() {
+    std::string outcome = qelfuzz::observableState();
+    for (const std::string_view entry : JNLManager::entries())
+        outcome.append(entry).append("\n");
+    for (const EMHManager::Entry& entry : EMHManager::entries())
+        outcome += std::to_string(entry.code) + "\n";
+    return outcome;
+}
 
 TEST_F(FuzzSupportTest, ComposedSessionsMostlyLoad) {
     int loaded = 0;
@@ -214,8 +243,9 @@ TEST_F(FuzzSupportTest, TheReaderHeaderFlipsEachSwitchAndPicksTheActiveDocument)
         << active[1] << " " << active[2] << " " << active[3];
 }
 
-// After an input, nothing of it is left for the next: the model is freed,
-// and every setting the header or the reading changed is back.
+// After an input, nothing of it is left for the next: the journal is empty,
+// and once the kept session is dropped the model is freed and every setting
+// the header or the reading changed is back.
 TEST_F(FuzzSupportTest, AReaderInputLeavesNothingBehind) {
     qelfuzz::resetSession();
     const std::string state = processState();
@@ -231,6 +261,8 @@ TEST_F(FuzzSupportTest, AReaderInputLeavesNothingBehind) {
                                        "</CATPart>\n</DESCFILE>\n";
             input.insert(input.end(), answer.begin(), answer.end());
             qelfuzz::readAnswerInput(input.data(), input.size(), reading);
+            EXPECT_TRUE(JNLManager::entries().empty()) << seed;
+            qelfuzz::dropReaderSession();
             EXPECT_EQ(QELHandleTable::liveCount(), 0u) << seed;
             EXPECT_EQ(processState(), state) << seed;
             EXPECT_EQ(hostSwitches(), switches) << seed;
@@ -434,3 +466,77 @@ TEST(FrameDepth, CountsTagsAtTheStartOfLines) {
 }
 
 } // namespace
+
+// The reader harnesses keep the session of a header and put it back after
+// each reading. Over every seed, for both readings: an answer read after
+// another answer of the same header leaves exactly what it leaves read alone
+// into a new session, the session put back is the session as built, and most
+// readings are put back rather than built again (or nothing is gained).
+TEST_F(FuzzSupportTest, EverySeedReadsTheSameIntoAKeptSessionAsIntoANewOne) {
+    const std::vector<std::vector<uint8_t>> seeds = readerSeeds();
+    ASSERT_GT(seeds.size(), 20u);
+    for (qelfuzz::Reading reading : {qelfuzz::Reading::Full, qelfuzz::Reading::OptionsOnly}) {
+        size_t kept = 0;
+        for (size_t i = 0; i < seeds.size(); ++i) {
+            const std::vector<uint8_t>& seed = seeds[i];
+            qelfuzz::dropReaderSession();
+            qelfuzz::buildReaderSession(seed.data());
+            const std::string built = qelfuzz::observableState();
+            qelfuzz::dropReaderSession();
+
+            std::string alone;
+            qelfuzz::readAnswerInput(seed.data(), seed.size(), reading, [&] { alone = readingOutcome(); });
+            if (qelfuzz::readerSessionKept()) {
+                ++kept;
+                EXPECT_EQ(qelfuzz::observableState(), built) << "seed " << i;
+            }
+            // The previous seed's answer first, under this header.
+            std::vector<uint8_t> before(seed.begin(), seed.begin() + qelfuzz::kHeaderSize);
+            const std::vector<uint8_t>& other = seeds[(i + seeds.size() - 1) % seeds.size()];
+            before.insert(before.end(), other.begin() + qelfuzz::kHeaderSize, other.end());
+            qelfuzz::readAnswerInput(before.data(), before.size(), reading);
+            std::string afterAnother;
+            qelfuzz::readAnswerInput(seed.data(), seed.size(), reading, [&] { afterAnother = readingOutcome(); });
+            EXPECT_EQ(afterAnother, alone) << "seed " << i;
+        }
+        EXPECT_GT(kept * 2, seeds.size()) << "readings put back: " << kept << " of " << seeds.size();
+    }
+}
+
+// What the restore cannot put back in place (a component made by the
+// reading, a changed staging path) drops the session; a property changed,
+// added, replaced by another kind or reordered is put back in place.
+TEST_F(FuzzSupportTest, TheKeptSessionPutsPropertiesBackAndRefusesTheRest) {
+    const std::vector<uint8_t> header = noise(51, qelfuzz::kHeaderSize);
+    struct Case {
+        const char* what;
+        std::function<void(QELComponent&)> change;
+        bool putBack;
+    };
+    const double identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    const Case cases[] = {
+        {"nothing", [](QELComponent&) {}, true},
+        {"a string changed", [](QELComponent& c) { c.addStringProperty("Name_Tst", "x"); }, true},
+        {"an integer added", [](QELComponent& c) { c.addIntegerProperty("Fuzz_New", 7); }, true},
+        {"a matrix added", [&](QELComponent& c) { c.addMatrixProperty("Fuzz_Matrix", identity); }, true},
+        {"pairs added", [](QELComponent& c) { c.addDynamicProperty("Fuzz_Pairs", "k", "v", false); }, true},
+        {"an array grown", [](QELComponent& c) { c.addStringArrayProperty("Fuzz_Array", "a"); }, true},
+        {"a session property", [](QELComponent&) { QELSession::getInstance()->addBooleanProperty("Calcul_Flag", true); }, true},
+        {"the staging path", [](QELComponent&) { CV5CAAQELSession::getCATIASessionInstance()->setStagingPath("/elsewhere"); }, false},
+        {"a component made", [](QELComponent&) { QELSession::getInstance()->createWorkSpace(EnumDocumentType_Product, "a", "b", "c"); }, false},
+    };
+    for (const Case& c : cases) {
+        qelfuzz::dropReaderSession();
+        qelfuzz::buildReaderSession(header.data());
+        const std::string built = qelfuzz::observableState();
+        qelfuzz::KeptSession kept;
+        kept.record();
+        std::vector<QELComponent*> components = QELHandleTable::liveComponents();
+        ASSERT_FALSE(components.empty());
+        // Each change on every component, the session's own once.
+        for (QELComponent* component : components) c.change(*component);
+        EXPECT_EQ(kept.restore(), c.putBack) << c.what;
+        if (c.putBack)
+            EXPECT_EQ(qelfuzz::observableState(), built) << c.what;
+    }
+}
