@@ -15,14 +15,18 @@
 // The inline 8-bit counters of the coverage hooks, one per edge, that
 // libFuzzer reads after every input; absent (null) without the hooks.
 extern "C" {
-extern uint8_t __start___sancov_cntrs[] __attribute__((weak));
-extern uint8_t __stop___sancov_cntrs[] __attribute__((weak));
+extern uint8_t __start___sancov_cntrs __attribute__((weak));
+extern uint8_t __stop___sancov_cntrs __attribute__((weak));
 }
 
 namespace qelfuzz {
 namespace {
 
-bool haveCounters() { return __start___sancov_cntrs && __stop___sancov_cntrs > __start___sancov_cntrs; }
+uint8_t* countersBegin() { return &__start___sancov_cntrs; }
+uint8_t* countersEnd() { return &__stop___sancov_cntrs; }
+bool haveCounters() {
+    return countersBegin() && reinterpret_cast<uintptr_t>(countersEnd()) > reinterpret_cast<uintptr_t>(countersBegin());
+}
 
 // The counters as the outermost HiddenCoverage found them; the inner ones
 // (a reset within a rebuild) leave them to it.
@@ -80,12 +84,12 @@ void resetSession() {
 
 HiddenCoverage::HiddenCoverage() {
     if (hiddenDepth()++ == 0 && haveCounters())
-        savedCounters().assign(__start___sancov_cntrs, __stop___sancov_cntrs);
+        savedCounters().assign(countersBegin(), countersEnd());
 }
 
 HiddenCoverage::~HiddenCoverage() {
     if (--hiddenDepth() == 0 && haveCounters())
-        std::copy(savedCounters().begin(), savedCounters().end(), __start___sancov_cntrs);
+        std::copy(savedCounters().begin(), savedCounters().end(), countersBegin());
 }
 
 size_t frameDepth(const uint8_t* data, size_t size) {
