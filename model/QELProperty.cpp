@@ -15,8 +15,7 @@ using PropertySlots = UTILSlotPool<sizeof(QELProperty)>;
 void* QELProperty::operator new(size_t size) { return PropertySlots::allocate(size); }
 void QELProperty::operator delete(void* property) { PropertySlots::release(property); }
 
-QELProperty::QELProperty()
-    : _type(0), _inside{0}, _name(TYPSharedText::acquire(CATUnicodeString())), _value(nullptr) {}
+QELProperty::QELProperty() : _type(0), _inside{0}, _name(TYPSharedText::acquire(CATUnicodeString())), _value(nullptr) {}
 
 QELProperty::QELProperty(int type, const CATUnicodeString& name, void* value)
     : _type(type), _inside{0}, _name(TYPSharedText::acquire(name)), _value(value) {}

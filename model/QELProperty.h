@@ -66,7 +66,6 @@ public:
     bool holdsValueInside() const { return _value == &_inside; }
 
 private:
-
     int _type;
     union {
         int integer;

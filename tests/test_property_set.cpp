@@ -105,8 +105,11 @@ TEST(QELPropertySet, OrderFollowsReplacementsAcrossTheShortAndHashedLists) {
             auto at = std::find(order.begin(), order.end(), name);
             if (at != order.end()) order.erase(at);
             order.push_back(name);
-            if ((state >> 20) % 3 == 0) set.addStringProperty(name, "s");
-            else set.addIntegerProperty(name, step);
+            if ((state >> 20) % 3 == 0) {
+                set.addStringProperty(name, "s");
+            } else {
+                set.addIntegerProperty(name, step);
+            }
             if ((state >> 40) % 5) continue;
             ASSERT_EQ(set.getPropertiesCount(), static_cast<int>(order.size())) << names << " " << step;
             for (size_t i = 0; i < order.size(); ++i) {
