@@ -31,17 +31,20 @@ long long valueBytes(const QELProperty& property) {
         const auto* text = static_cast<const CATUnicodeString*>(property.get_Value());
         return chunk(sizeof(CATUnicodeString)) + (text ? textBytes(*text) : 0);
     }
-    case QELPROPERTY_INTEGER: return chunk(sizeof(int));
-    case QELPROPERTY_BOOLEAN: return chunk(1);
+    case QELPROPERTY_INTEGER:
+    case QELPROPERTY_BOOLEAN:
+        // Held inside the property, unless a caller gave its own value.
+        return property.holdsValueInside() ? 0 : chunk(property.get_Type() == QELPROPERTY_INTEGER ? sizeof(int) : 1);
     case QELPROPERTY_MATRIX: return chunk(16 * sizeof(double));
     default: return 0; // arrays, lists and products: rare, left out of the floor
     }
 }
 
-// A text map: its object, its entry array past the one entry it holds
-// inside, and its hash index; the keys are shared texts, counted apart.
+// A text map: its object (a pool slot, no malloc header), its entry array
+// past the one entry it holds inside, and its hash index; the keys are
+// shared texts, counted apart.
 long long mapBytes(const TYPMapCATUnicodeStringPVoid& map) {
-    return chunk(sizeof(TYPMapCATUnicodeStringPVoid)) +
+    return static_cast<long long>(sizeof(TYPMapCATUnicodeStringPVoid)) +
            chunk(map.entryCapacity() * TYPMapCATUnicodeStringPVoid::kEntryBytes) +
            chunk(map.indexSlots() * sizeof(uint32_t));
 }
@@ -77,15 +80,18 @@ void countProperties(const QELComponent& component, BenchCensus& census) {
     const QELPropertySet* set = component.getPropertySet();
     if (!set) return;
     const int count = set->getPropertiesCount();
-    // The set, its list and the list's array of pointers.
-    census.propertyBytes +=
-        chunk(sizeof(QELPropertySet)) + chunk(sizeof(QELPropertyList)) + chunk(count * sizeof(QELProperty*));
+    // The set with its list inside (a pool slot), the list's array of
+    // pointers and its hash index.
+    const QELPropertyList& list = set->list();
+    census.propertyBytes += static_cast<long long>(sizeof(QELPropertySet)) +
+                            chunk(list.capacity() * sizeof(QELProperty*)) + chunk(list.indexSlots() * sizeof(uint32_t));
     for (int i = 0; i < count; ++i) {
         const QELProperty* property = set->getProperty(i);
         if (!property) continue;
         ++census.properties;
         if (property->get_Name().ToLatin1().size() > 15) ++census.longNames;
-        census.propertyBytes += chunk(sizeof(QELProperty)) + valueBytes(*property);
+        // A property is a pool slot, without a malloc header.
+        census.propertyBytes += static_cast<long long>(sizeof(QELProperty)) + valueBytes(*property);
     }
 }
 

@@ -6,10 +6,33 @@
 #include "TYPSharedText.h"
 #include "TYPVector.h"
 
-QELProperty::QELProperty() : _type(0), _name(TYPSharedText::acquire(CATUnicodeString())), _value(nullptr) {}
+static_assert(sizeof(QELProperty) == 32, "the value held inside takes the padding after the type");
+
+namespace {
+using PropertySlots = UTILSlotPool<sizeof(QELProperty)>;
+}
+
+void* QELProperty::operator new(size_t size) { return PropertySlots::allocate(size); }
+void QELProperty::operator delete(void* property) { PropertySlots::release(property); }
+
+QELProperty::QELProperty() : _type(0), _inside{0}, _name(TYPSharedText::acquire(CATUnicodeString())), _value(nullptr) {}
 
 QELProperty::QELProperty(int type, const CATUnicodeString& name, void* value)
-    : _type(type), _name(TYPSharedText::acquire(name)), _value(value) {}
+    : _type(type), _inside{0}, _name(TYPSharedText::acquire(name)), _value(value) {}
+
+QELProperty* QELProperty::holdingInteger(const CATUnicodeString& name, int value) {
+    auto* property = new QELProperty(QELPROPERTY_INTEGER, name, nullptr);
+    property->_inside.integer = value;
+    property->_value = &property->_inside;
+    return property;
+}
+
+QELProperty* QELProperty::holdingBoolean(const CATUnicodeString& name, bool value) {
+    auto* property = new QELProperty(QELPROPERTY_BOOLEAN, name, nullptr);
+    property->_inside.boolean = value ? 1 : 0;
+    property->_value = &property->_inside;
+    return property;
+}
 
 void QELProperty::set_Name(const CATUnicodeString& name) {
     // Acquired first: `name` may be this property's own name.
@@ -20,6 +43,10 @@ void QELProperty::set_Name(const CATUnicodeString& name) {
 
 QELProperty::~QELProperty() {
     TYPSharedText::release(_name);
+    if (holdsValueInside()) {
+        _value = nullptr;
+        return;
+    }
     switch (_type) {
     case QELPROPERTY_STRING: delete static_cast<CATUnicodeString*>(_value); break;
     case QELPROPERTY_INTEGER: delete static_cast<int*>(_value); break;

@@ -7,6 +7,7 @@
 #include "QELKeeper.h"
 #include "QELProperty.h"
 #include "UTILFormat.h"
+#include "UTILSlotPool.h"
 #include "UTILString.h"
 
 namespace {
@@ -117,7 +118,14 @@ std::string valueText(const QELProperty* p) {
 
 } // namespace
 
-QELPropertySet::QELPropertySet() : _properties(nullptr) { set_ClassName("QELPROPERTYSET_CLASSNAME"); }
+namespace {
+using SetSlots = UTILSlotPool<sizeof(QELPropertySet)>;
+}
+
+void* QELPropertySet::operator new(size_t size) { return SetSlots::allocate(size); }
+void QELPropertySet::operator delete(void* set) { SetSlots::release(set); }
+
+QELPropertySet::QELPropertySet() { set_ClassName("QELPROPERTYSET_CLASSNAME"); }
 
 QELPropertySet::~QELPropertySet() { release(); }
 
@@ -126,15 +134,14 @@ void QELPropertySet::addProperty(int type, const CATUnicodeString& name, void* v
 }
 
 void QELPropertySet::addProperty(QELProperty* property) {
-    if (!_properties) _properties = new QELPropertyList();
-    delete _properties->remove(property->get_Name());
-    _properties->append(property);
+    delete _properties.remove(property->get_Name());
+    _properties.append(property);
 }
 
 QELProperty* QELPropertySet::reuse(const CATUnicodeString& name, int type) {
     // A property of another kind moves as well: its replacement takes the
     // end of the order all the same.
-    QELProperty* p = _properties ? _properties->moveToEnd(name) : nullptr;
+    QELProperty* p = _properties.moveToEnd(name);
     return p && p->get_Type() == type && p->get_Value() ? p : nullptr;
 }
 
@@ -151,7 +158,7 @@ void QELPropertySet::addIntegerProperty(const CATUnicodeString& name, int value)
         *static_cast<int*>(p->get_Value()) = value;
         return;
     }
-    addProperty(QELPROPERTY_INTEGER, name, new int(value));
+    addProperty(QELProperty::holdingInteger(name, value));
 }
 
 void QELPropertySet::addBooleanProperty(const CATUnicodeString& name, bool value) {
@@ -159,7 +166,7 @@ void QELPropertySet::addBooleanProperty(const CATUnicodeString& name, bool value
         *static_cast<unsigned char*>(p->get_Value()) = value ? 1 : 0;
         return;
     }
-    addProperty(QELPROPERTY_BOOLEAN, name, new unsigned char(value ? 1 : 0));
+    addProperty(QELProperty::holdingBoolean(name, value));
 }
 
 void QELPropertySet::addMatrixProperty(const CATUnicodeString& name, const double value[16]) {
@@ -251,11 +258,11 @@ void QELPropertySet::addDynamicProperty(const CATUnicodeString& name, const CATU
 }
 
 QELProperty* QELPropertySet::getProperty(const CATUnicodeString& name) const {
-    return _properties ? _properties->find(name) : nullptr;
+    return _properties.find(name);
 }
 
 QELProperty* QELPropertySet::getProperty(const char* name) const {
-    return _properties ? _properties->find(std::string_view(name ? name : "")) : nullptr;
+    return _properties.find(std::string_view(name ? name : ""));
 }
 
 void* QELPropertySet::valueOf(const CATUnicodeString& name, int type) const {
@@ -306,10 +313,10 @@ CATListValCATUnicodeString* QELPropertySet::getStringListProperty(const CATUnico
     return static_cast<CATListValCATUnicodeString*>(valueOf(name, QELPROPERTY_STRING_LIST));
 }
 
-int QELPropertySet::getPropertiesCount() const { return _properties ? _properties->size() : 0; }
+int QELPropertySet::getPropertiesCount() const { return _properties.size(); }
 
 QELProperty* QELPropertySet::getProperty(int index) const {
-    return _properties ? _properties->at(index) : nullptr;
+    return _properties.at(index);
 }
 
 CATUnicodeString QELPropertySet::getPropertyNameByIndex(int index) const {
@@ -344,17 +351,15 @@ double* QELPropertySet::getMatrixPropertyByIndex(int index) const {
 
 TYPVectorPQELProperty* QELPropertySet::getProperties(int type) const {
     auto* out = new TYPVectorPQELProperty();
-    if (!_properties) return out;
-    _properties->forEach([out, type](QELProperty* p) {
+    _properties.forEach([out, type](QELProperty* p) {
         if (p->get_Type() == type) out->push_back(p);
     });
     return out;
 }
 
 void QELPropertySet::clear() {
-    if (!_properties) return;
-    _properties->forEach([](QELProperty* p) { QELKeeper::keep(p); });
-    _properties->clear();
+    _properties.forEach([](QELProperty* p) { QELKeeper::keep(p); });
+    _properties.clear();
 }
 
 bool QELPropertySet::clearStringArrayProperty(const CATUnicodeString& name) {
@@ -365,16 +370,13 @@ bool QELPropertySet::clearStringArrayProperty(const CATUnicodeString& name) {
 }
 
 void QELPropertySet::release() {
-    if (!_properties) return;
-    _properties->forEach([](QELProperty* p) { delete p; });
-    delete _properties;
-    _properties = nullptr;
+    _properties.forEach([](QELProperty* p) { delete p; });
+    _properties.release();
 }
 
 CATUnicodeString QELPropertySet::print(int style) const {
     std::string out;
-    if (!_properties) return CATUnicodeString();
-    _properties->forEach([&out, style](const QELProperty* p) {
+    _properties.forEach([&out, style](const QELProperty* p) {
         if (style == 0) {
             CATUnicodeString name = p->get_Name();
             name.Resize(40, CATUnicodeChar(' '), 1);

@@ -20,8 +20,13 @@ class QELProperty;
 // one kind of value as another (appending an array element to a property of a
 // different storage, merging a pair into a property that holds no pairs), the
 // operation is refused with a journal line and nothing changes.
-class QELPropertySet : public QELObject {
+class QELPropertySet final : public QELObject {
 public:
+    // One per component holding properties: a slot pool, 40 bytes each with
+    // its list inside (a 32-byte chunk and the list's 64 before).
+    static void* operator new(size_t size);
+    static void operator delete(void* set);
+
     QELPropertySet();
     QELPropertySet(const QELPropertySet&) = delete;
     QELPropertySet& operator=(const QELPropertySet&) = delete;
@@ -93,6 +98,9 @@ public:
     // <Attribute .../> line per property.
     CATUnicodeString print(int style) const;
 
+    // For the census of the model's heap.
+    const QELPropertyList& list() const { return _properties; }
+
 private:
     void addProperty(int type, const CATUnicodeString& name, void* value);
     void addProperty(QELProperty* property);
@@ -105,7 +113,7 @@ private:
     // New vector, caller deletes (the properties stay the set's).
     TYPVectorPQELProperty* getProperties(int type) const;
 
-    QELPropertyList* _properties;
+    QELPropertyList _properties;
 };
 
 #endif

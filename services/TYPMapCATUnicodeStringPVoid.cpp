@@ -4,6 +4,8 @@
 #include <functional>
 #include <new>
 
+static_assert(sizeof(TYPMapCATUnicodeStringPVoid) == TYPMapCATUnicodeStringPVoid::kBytes, "the slot size is the map's");
+
 TYPMapCATUnicodeStringPVoid::TYPMapCATUnicodeStringPVoid(const char* name, int initialSize)
     : _name(TYPTypeTag::intern(name)), _count(0), _onHeap(0), _live(0), _one{nullptr, nullptr, nullptr} {
     if (initialSize > 1) {

@@ -91,6 +91,35 @@ TEST(QELPropertySet, ManyReplacementsKeepNamesUniqueAndFindable) {
     EXPECT_EQ(set.getProperty(wide.ToLatin1().c_str()), nullptr);
 }
 
+TEST(QELPropertySet, OrderFollowsReplacementsAcrossTheShortAndHashedLists) {
+    // Replacements against a plain vector of names: short lists shift in
+    // place, hashed ones leave gaps and compact back, sometimes below the
+    // size at which they hash.
+    for (int names : {3, 8, 9, 12, 40}) {
+        QELPropertySet set;
+        std::vector<std::string> order;
+        unsigned long state = 7;
+        for (int step = 0; step < 400; ++step) {
+            state = state * 6364136223846793005UL + 1442695040888963407UL;
+            const std::string name = "n" + std::to_string((state >> 33) % static_cast<unsigned long>(names));
+            auto at = std::find(order.begin(), order.end(), name);
+            if (at != order.end()) order.erase(at);
+            order.push_back(name);
+            if ((state >> 20) % 3 == 0) {
+                set.addStringProperty(name, "s");
+            } else {
+                set.addIntegerProperty(name, step);
+            }
+            if ((state >> 40) % 5) continue;
+            ASSERT_EQ(set.getPropertiesCount(), static_cast<int>(order.size())) << names << " " << step;
+            for (size_t i = 0; i < order.size(); ++i) {
+                ASSERT_EQ(set.getPropertyNameByIndex(static_cast<int>(i)).ToLatin1(), order[i]) << names << " " << step;
+                ASSERT_NE(set.getProperty(order[i].c_str()), nullptr) << order[i];
+            }
+        }
+    }
+}
+
 TEST(TYPSharedText, OneCopyPerPropertyNameGoneWithItsLastProperty) {
     const size_t before = TYPSharedText::count();
     const char* name = "Name_Brought_By_An_Answer_File_Only";
