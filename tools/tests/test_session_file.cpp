@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -638,24 +637,6 @@ TEST_F(SessionFileTest, GenerationHonoursSmallAndFlatRequests) {
     ASSERT_TRUE(loaded);
     for (const auto& entry : *QELSession::getInstance()->getActiveWorkSpace()->getLinkedAbsoluteOccurrences())
         EXPECT_EQ(depthOf(static_cast<QELAbsoluteOccurrence*>(entry.object)), 1);
-}
-
-// Ten times the occurrences must cost about ten times the time, generation
-// and load together: a quadratic step would cost a hundred. Processor time,
-// not wall time, so that a busy machine does not fail the test.
-TEST_F(SessionFileTest, GenerationAndLoadGrowLinearly) {
-    auto cost = [this](long occurrences) {
-        SetUp();
-        const std::clock_t start = std::clock();
-        load(qelGenerateSession(occurrences, 6, 9));
-        const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-        EXPECT_TRUE(loaded);
-        return seconds;
-    };
-    cost(1000); // warm the allocator
-    const double small = cost(2000);
-    const double large = cost(20000);
-    EXPECT_LT(large, 30 * std::max(small, 0.01)) << "2k: " << small << " s, 20k: " << large << " s";
 }
 
 } // namespace
