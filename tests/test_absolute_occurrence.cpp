@@ -104,37 +104,6 @@ TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
     EXPECT_EQ("", text(c.getPathInstanceNames()));
 }
 
-TEST_F(AbsoluteOccurrenceTest, BadParentPrintsErrorAndKeepsOnlyTheTag) {
-    QELItem item("I");
-    ::testing::internal::CaptureStdout();
-    QELAbsoluteOccurrence orphan("u1", "A", nullptr);
-    QELAbsoluteOccurrence underItem("u2", "B", &item);
-    EXPECT_EQ("Error : parent component of an absolute occurrence cannot be null\n"
-              "Error : parent component is not wsp nore abs\n",
-              ::testing::internal::GetCapturedStdout());
-
-    for (const QELAbsoluteOccurrence* occ : {&orphan, &underItem}) {
-        EXPECT_TRUE(occ->isAbsolute());
-        EXPECT_EQ("", text(occ->get_Name()));
-        EXPECT_EQ(0, occ->getPropertiesCount());
-    }
-    EXPECT_EQ(-1, item.getChildrenCount(QELLinkType::ABS_ABS));
-}
-
-TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceIsNamedByFirstNonEmptyText) {
-    QELRelativeOccurrence first("r1", "r2");
-    QELRelativeOccurrence second("", "r2");
-    ::testing::internal::CaptureStdout();
-    QELRelativeOccurrence none("", "");
-    EXPECT_EQ("Erreur : relative UID cannot be defined\n",
-              ::testing::internal::GetCapturedStdout());
-
-    EXPECT_EQ("r1", text(first.get_Name()));
-    EXPECT_EQ("r2", text(second.get_Name()));
-    EXPECT_EQ("", text(none.get_Name()));
-    EXPECT_TRUE(none.instanceOf("QELRELATIVEOCCURRENCE_CLASSNAME"));
-}
-
 TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRenames) {
     QELRelativeOccurrence rel("r1", "");
     QELItem item("I");
@@ -185,48 +154,6 @@ TEST_F(AbsoluteOccurrenceTest, ViewsAreFoundBySignatureAndByContextName) {
 }
 
 // ---- scenes ------------------------------------------------------------------
-
-TEST_F(AbsoluteOccurrenceTest, SceneFilesItselfUnderContextAndOccurrence) {
-    QELScene scene(&occ, &ctx, "S1");
-
-    EXPECT_EQ("S1", text(scene.getSignature()));
-    EXPECT_EQ(&ctx, scene.getContext());
-    EXPECT_EQ(&scene, occ.getLinkedScene("S1"));
-    TYPMapCATUnicodeStringPVoid* itemScenes = ctx.getAllLinkedScenes();
-    ASSERT_NE(nullptr, itemScenes);
-    EXPECT_NE(nullptr, itemScenes->find("S1"));
-    EXPECT_EQ("", text(scene.getScene()));
-    scene.addStringProperty("nameOfScene", "Exploded");
-    EXPECT_EQ("Exploded", text(scene.getScene()));
-}
-
-// A scene without its occurrence or its context prints an error and is
-// filed nowhere.
-TEST_F(AbsoluteOccurrenceTest, CreateSceneFilesOneSceneOwnedByTheModel) {
-    ::testing::internal::CaptureStdout();
-    QELScene noContext(&occ, nullptr, "S1");
-    QELScene noOccurrence(nullptr, &ctx, "S2");
-    occ.createScene(nullptr, "S3");
-    EXPECT_EQ("error: absolute occurrence and/or context p_item is NULL!\n"
-              "error: absolute occurrence and/or context p_item is NULL!\n"
-              "error: absolute occurrence and/or context p_item is NULL!\n",
-              ::testing::internal::GetCapturedStdout());
-    EXPECT_EQ(nullptr, occ.getLinkedScenes());
-    EXPECT_EQ(nullptr, ctx.getAllLinkedScenes());
-    EXPECT_EQ("", text(noOccurrence.get_Name()));
-
-    occ.createScene(&ctx, "S1");
-    occ.createScene(&ctx, "S2");
-
-    ASSERT_NE(nullptr, occ.getLinkedScenes());
-    EXPECT_EQ(2, occ.getLinkedScenes()->size());
-    QELScene* s1 = occ.getLinkedScene("S1");
-    ASSERT_NE(nullptr, s1);
-    EXPECT_EQ(&ctx, s1->getContext());
-    // Filed twice under the same keys: still one entry each.
-    EXPECT_EQ(1, occ.getComponents(QELLinkType::ABS_SCENE, "S1")->size());
-    EXPECT_EQ(2, ctx.getAllLinkedScenes()->size());
-}
 
 // ---- component shape representations -----------------------------------------
 
@@ -325,31 +252,6 @@ TEST_F(AbsoluteOccurrenceTest, AllParentsListWorkspaceThenAncestorsTopDown) {
     EXPECT_EQ(a.top.get(), map->getObject(1));
     EXPECT_EQ(&a.ws, map->getObject(2));
     delete map;
-}
-
-TEST_F(AbsoluteOccurrenceTest, OrphanHasNoParentsAndIsReported) {
-    QELAbsoluteOccurrence orphan;
-    TYPVectorPQELComponent* parents = nullptr;
-    EXPECT_EQ(0, orphan.getAllParents(parents));
-    ASSERT_NE(nullptr, parents);
-    EXPECT_TRUE(parents->empty());
-    delete parents;
-    EXPECT_EQ((std::vector<std::string>{"BEGIN QELAbsoluteOccurrence::getAllParents",
-                                        "getAllParents error : orphan absolute occurence",
-                                        "END QELAbsoluteOccurrence::getAllParents (-1)"}),
-              JNLManager::entries());
-
-    ::testing::internal::CaptureStdout();
-    TYPMapCATUnicodeStringPVoid* map = orphan.getAllParentComponents();
-    EXPECT_EQ("getAllParentComponents error : orphelan absolute occurence\n",
-              ::testing::internal::GetCapturedStdout());
-    ASSERT_NE(nullptr, map);
-    EXPECT_TRUE(map->empty());
-    delete map;
-
-    TYPVectorPQELComponent* views = nullptr;
-    EXPECT_EQ(0, orphan.getAllAbsViews(views));
-    EXPECT_EQ(nullptr, views);
 }
 
 TEST_F(AbsoluteOccurrenceTest, AllAbsViewsComeNearestContextFirst) {

@@ -171,17 +171,6 @@ TEST(QELPropertySet, DynamicMergeOverwritesEveryPairOnlyWhenAsked) {
     EXPECT_EQ(pairs->size(), 6);
 }
 
-TEST(QELPropertySet, PrintStyleZeroPadsOrCutsNamesToForty) {
-    QELPropertySet set;
-    set.addStringProperty("short", "v");
-    set.addIntegerProperty(CATUnicodeString(std::string(45, 'n')), -3);
-    set.addBooleanProperty("flag", false);
-    std::string out = set.print(0).ConvertToChar();
-    std::string expected = "\tshort" + std::string(35, ' ') + "\t|\tv\n" + "\t" + std::string(40, 'n') +
-                           "\t|\t-3\n" + "\tflag" + std::string(36, ' ') + "\t|\tFALSE\n";
-    EXPECT_EQ(out, expected);
-}
-
 TEST(QELPropertySet, PrintValueTextOfEveryKind) {
     QELPropertySet set;
     set.addMatrixProperty("m", kIdentity);
@@ -225,16 +214,6 @@ TEST(QELPropertySet, MatricesPrintWithAPointInADecimalCommaLocale) {
     std::string out = set.print(0).ConvertToChar();
     std::setlocale(LC_NUMERIC, "C");
     EXPECT_NE(out.find("[12] 0.5 "), std::string::npos);
-}
-
-TEST(QELPropertySet, PrintStyleOneWritesAttributeLines) {
-    QELPropertySet set;
-    set.addStringProperty("Name", "a\"b<c");
-    std::string out = set.print(1).ConvertToChar();
-    std::regex line("\t\t\t\t<Attribute Id=\"[0-9a-f-]{36}\" InitialValue=\"a\"b<c\" Name=\"Name\"/>\n");
-    EXPECT_TRUE(std::regex_match(out, line)) << out;
-    EXPECT_EQ(std::string(set.print(2).ConvertToChar()), "unknown style");
-    EXPECT_EQ(QELPropertySet().print(0), CATUnicodeString(""));
 }
 
 TEST(QELPropertySet, ProductReferenceIsHeldAndReleased) {

@@ -364,27 +364,6 @@ TEST_F(ReaderDriver, BadAnswersEndWithAJournalLineOrDoNothing) {
     EXPECT_EQ(high, model.occurrence->getStringProperty("Occ_UID").ToLatin1());
 }
 
-TEST_F(ReaderDriver, EveryTruncationOfAValidAnswerIsReadSafely) {
-    const std::string valid = validAnswer();
-    const auto after = [&valid](const std::string& line) { return valid.rfind(line) + line.size(); };
-    const size_t counted = valid.find("</NBElements>\n") + 14; // the header's count is known
-    const size_t applied = after("</Item_Info>\n");          // the last entry has all its values
-    const size_t complete = after("</CATPart>\n");
-    const auto begin = std::chrono::steady_clock::now();
-    for (size_t cut = 0; cut < valid.size(); ++cut) {
-        // At every line end, and one character into every line.
-        if (!(cut > 0 && valid[cut - 1] == '\n') && !(cut > 1 && valid[cut - 2] == '\n')) continue;
-        SCOPED_TRACE(cut);
-        JNLManager::clear();
-        auto reader = run(valid.substr(0, cut));
-        EXPECT_EQ(cut >= applied ? 1 : 0, reader->getOccurrences().size());
-        if (cut >= counted) {
-            EXPECT_EQ(cut < complete, reportedBadAnswer());
-        }
-    }
-    EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count(), 20.0);
-}
-
 // Every answer one line short or one line long: deleting or repeating any
 // single line of a valid answer, closing tags that close something else, a
 // thousand levels of nesting and a million announced entries in ten lines.

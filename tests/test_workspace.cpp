@@ -95,12 +95,6 @@ protected:
     QELWorkSpace ws;
 };
 
-std::string captureDescription(const QELWorkSpace& ws) {
-    ::testing::internal::CaptureStdout();
-    ws.describeComponents();
-    return ::testing::internal::GetCapturedStdout();
-}
-
 } // namespace
 
 // ---- state -------------------------------------------------------------------
@@ -130,45 +124,6 @@ TEST_F(WorkSpaceTest, ConfigurationAccumulatesOverCalls) {
         got.push_back(text(s));
     EXPECT_EQ((std::vector<std::string>{"Rule=Latest", "Effectivity=2024", "Variant=A", "Unit=mm"}),
               got);
-}
-
-TEST_F(WorkSpaceTest, FlagAndLinkKindsStartUnset) {
-    EXPECT_FALSE(ws.isActiveWorkspace());
-    ws.setActiveWorkspace(1);
-    EXPECT_TRUE(ws.isActiveWorkspace());
-    // The flag is a member, not a property.
-    EXPECT_EQ(0, ws.getPropertiesCount());
-
-    EXPECT_EQ("unknown", text(ws.getDocFileLinkType()));
-    EXPECT_EQ("", text(ws.getItemDocLinkType()));
-    ws.setDocFileLinkType(EnumDocumentType_Product);
-    ws.setItemDocLinkType("catproduct_ref");
-    EXPECT_EQ("catproduct", text(ws.getDocFileLinkType()));
-    EXPECT_EQ(1, ws.getIntegerProperty("QELWORKSPACE_PROPERTY_DOCFILE_LINK"));
-    EXPECT_EQ("catproduct_ref", text(ws.getItemDocLinkType()));
-}
-
-TEST_F(WorkSpaceTest, RootDocumentItemAndFileAreTheFirstFiled) {
-    EXPECT_EQ(nullptr, ws.getLinkedDocument());
-    EXPECT_EQ(nullptr, ws.getItem());
-    EXPECT_EQ(nullptr, ws.getFile());
-
-    QELDocument root("Root.CATProduct", EnumDocumentType_Product);
-    QELDocument other("Other.CATPart", EnumDocumentType_Part);
-    ws.linkDocument(&root);
-    ws.linkDocument(&other);
-    EXPECT_EQ(&root, ws.getLinkedDocument());
-    // A file under another reference name is not the root document's own.
-    root.createFile("catpart", "Root.CATPart");
-    EXPECT_EQ(nullptr, ws.getFile());
-    QELFile* file = root.createFile("catproduct", "Root.CATProduct");
-    EXPECT_EQ(file, ws.getFile());
-
-    QELItem rootItem("RootItem");
-    QELItem otherItem("OtherItem");
-    ws.linkItem(&rootItem);
-    ws.linkItem(&otherItem);
-    EXPECT_EQ(&rootItem, ws.getItem());
 }
 
 // ---- occurrences ---------------------------------------------------------------
@@ -361,28 +316,3 @@ TEST_F(WorkSpaceTest, PointedItemsListPrimariesOfAnItemLinkAndStopAtADocumentWit
 
 // ---- dump ----------------------------------------------------------------------
 
-TEST_F(WorkSpaceTest, DescribePrintsEveryLevelAtTheFirstIndent) {
-    EXPECT_EQ(" WORKSPACE\n     |    \n", captureDescription(ws));
-
-    QELAbsoluteOccurrence* second = addTop("Second", 1);
-    QELAbsoluteOccurrence* first = addTop("First", 0);
-    QELAbsoluteOccurrence* child = addChild(first, "Child");
-    addChild(child, "Leaf");
-    addChild(second, "Other");
-    EXPECT_EQ(" WORKSPACE\n"
-              "     |    \n"
-              "     |-----ABS [First]\n"
-              "     |-----ABS [First+++Child]\n"
-              "     |-----ABS [First+++Child+++Leaf]\n"
-              "     |-----ABS [Second]\n"
-              "     |-----ABS [Second+++Other]\n",
-              captureDescription(ws));
-
-    ::testing::internal::CaptureStdout();
-    ws.describeSubLevels(child, 3);
-    EXPECT_EQ("                        "
-              "     |-----ABS [First+++Child]\n"
-              "                        "
-              "     |-----ABS [First+++Child+++Leaf]\n",
-              ::testing::internal::GetCapturedStdout());
-}

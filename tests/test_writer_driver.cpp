@@ -157,30 +157,6 @@ TEST_F(WriterDriverTest, DeliberateCountMismatchesAreReported) {
     }
 }
 
-TEST_F(WriterDriverTest, WorkspaceCounts) {
-    QELWorkSpace* bare = m.workspace("Bare", false);
-    QELWorkSpace* tree = m.workspace("Tree", false);
-    QELAbsoluteOccurrence* top = m.occurrence(tree, tree, "Top", 0);
-    m.occurrence(tree, top, "Under", 0)->addBooleanProperty("IsBrokenIcon", true);
-    QELAbsoluteOccurrence* ignored = m.occurrence(tree, tree, "Ignored", 1);
-    ignored->addBooleanProperty("IsAnIgnoreNode", true);
-    m.occurrence(tree, ignored, "BelowIgnored", 0);
-    QELWorkSpace* invisible = m.workspace("Invisible", false);
-    invisible->addBooleanProperty("IsVisible", false);
-    QELWorkSpace* ignoredWs = m.workspace("IgnoredWs", false);
-    ignoredWs->addBooleanProperty("IsAnIgnoreNode", true);
-
-    QELDMToXML w(writertest::tempPath("counts.xml").c_str());
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, nullptr), 0);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, bare), 1);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, invisible), 0);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, ignoredWs), 0);
-    // Each occurrence counts by itself: the child of an ignored node counts.
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, tree), 4);
-    PROCManager::setManageInvisibleBrokenIcon(true);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, tree), 3);
-}
-
 TEST_F(WriterDriverTest, SynchronizeActiveShapesLeavesPassivesAndDesignTablesOut) {
     PROCManager::reset();
     PROCManager::setIsCommandSynchronizeActiveShapes(true);
@@ -212,25 +188,6 @@ TEST_F(WriterDriverTest, StateDetailsFactoryCountsEachSecondaryDocument) {
     EXPECT_EQ(announced(out), 3);
     EXPECT_EQ(blocks(out), Names({"Root", "Mesh.model", "Loads.model"}));
     EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
-}
-
-TEST_F(WriterDriverTest, ChildrenAreOrderedByIndex) {
-    QELWorkSpace* ws = m.workspace("Root", true);
-    QELAbsoluteOccurrence* parent = m.occurrence(ws, ws, "Parent", 0);
-    QELAbsoluteOccurrence* three = m.occurrence(ws, parent, "Three", 3);
-    QELAbsoluteOccurrence* one = m.occurrence(ws, parent, "One", 1);
-    QELAbsoluteOccurrence* two = m.occurrence(ws, parent, "Two", 2);
-    std::unique_ptr<TYPVectorPQELAbsoluteOccurrence> ordered(Access::orderedChildren(parent));
-    ASSERT_TRUE(ordered);
-    EXPECT_EQ(ordered->items(), std::vector<QELAbsoluteOccurrence*>({one, two, three}));
-    EXPECT_EQ(Access::orderedChildren(one), nullptr);
-    EXPECT_EQ(Access::orderedChildren(nullptr), nullptr);
-
-    // Two children under one index: the first filed comes twice, the other
-    // not at all.
-    two->addIntegerProperty("IndiceOfAbsolute", 3);
-    ordered.reset(Access::orderedChildren(parent));
-    EXPECT_EQ(ordered->items(), std::vector<QELAbsoluteOccurrence*>({one, three, three}));
 }
 
 // ---- walks that must not fail on odd models --------------------------------------
