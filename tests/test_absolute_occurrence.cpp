@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "CV5CAAQELAbsoluteOccurrence.h"
+#include "CV5CAAQELWorkSpace.h"
 #include "JNLManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELAbsoluteView.h"
@@ -308,4 +310,27 @@ TEST_F(AbsoluteOccurrenceTest, AllAbsViewsPassesOnTheLastSignatureStatus) {
     ASSERT_NE(nullptr, views);
     EXPECT_TRUE(views->empty());
     delete views;
+}
+
+// The synchronize command activates the shape last answered for a name: a
+// second answer for it replaces the first instead of being dropped.
+TEST(HostActiveShapes, TheLastValueOfANameWins) {
+    CV5CAAQELWorkSpace workspace;
+    CV5CAAQELAbsoluteOccurrence occurrence;
+    const std::vector<QELComponent*> holders = {&workspace, &occurrence};
+    auto add = [&](size_t which, const char* name, const char* value) {
+        if (which == 0) workspace.addActiveShape(name, value);
+        else occurrence.addActiveShape(name, value);
+    };
+    for (size_t which = 0; which < holders.size(); ++which) {
+        SCOPED_TRACE(which == 0 ? "workspace" : "occurrence");
+        add(which, "Rep", "old.cgr");
+        add(which, "Other", "other.cgr");
+        add(which, "Rep", "new.cgr");
+        const TYPVectorCATUnicodeString* shapes = holders[which]->getDynamicProperty("ActiveShapes");
+        ASSERT_NE(shapes, nullptr);
+        std::vector<std::string> pairs;
+        for (int i = 0; i < shapes->size(); ++i) pairs.push_back(text((*shapes)[i]));
+        EXPECT_EQ(pairs, (std::vector<std::string>{"Rep", "new.cgr", "Other", "other.cgr"}));
+    }
 }

@@ -99,6 +99,13 @@ TEST(QELObject, HostBackedKindsCountAsTheirBaseKindOnly) {
     EXPECT_FALSE(stacking.isAKindOf("QELSTACKING_CLASSNAME")); // no host-backed pair for it
     EXPECT_FALSE(hostDoc.isAKindOf("QELCOMPONENT_CLASSNAME"));
     EXPECT_FALSE(Node("QELDOCUMENT_CLASSNAME", "x").isAKindOf("CV5CAAQELDOCUMENT_CLASSNAME"));
+    // Only the host's own prefix makes a variant, through either overload.
+    for (const char* own : {"XV5CAAQELDOCUMENT_CLASSNAME", "cv5caaQELDOCUMENT_CLASSNAME", "CV5CAAQELDOCUMENT"}) {
+        const Node other(own, "o");
+        EXPECT_FALSE(other.isAKindOf("QELDOCUMENT_CLASSNAME")) << own;
+        EXPECT_FALSE(other.isAKindOf(CATUnicodeString("QELDOCUMENT_CLASSNAME"))) << own;
+    }
+    EXPECT_TRUE(hostDoc.isAKindOf(CATUnicodeString("QELDOCUMENT_CLASSNAME")));
 }
 
 TEST_F(ComponentTest, RelationsCountFindAndIndex) {

@@ -6,6 +6,7 @@
 
 #include "CATIProduct.h"
 #include "JNLManager.h"
+#include "QELComponent.h"
 #include "QELProperty.h"
 #include "TYPSharedText.h"
 #include "QELPropertySet.h"
@@ -128,6 +129,24 @@ TEST(QELPropertySet, TypedGettersAnswerNeutrallyForMissingOrOtherKinds) {
     EXPECT_TRUE(set.isPropertyExist("m"));
     EXPECT_EQ(set.getProperty(7), nullptr);
     EXPECT_EQ(set.getPropertyNameByIndex(7), CATUnicodeString(""));
+}
+
+// A holder that never got a property answers every getter as an empty set
+// does: the writer reads flags of components that were never given them.
+TEST(QELPropertySet, HolderWithoutPropertiesAnswersAsAnEmptySet) {
+    const QELComponent holder;
+    const QELPropertySet empty;
+    EXPECT_EQ(holder.getBooleanProperty("b"), empty.getBooleanPropertyValue("b"));
+    EXPECT_EQ(holder.getBooleanProperty(CATUnicodeString("b")), empty.getBooleanPropertyValue("b"));
+    EXPECT_EQ(holder.getBooleanPropertyByIndex(0), empty.getBooleanPropertyByIndex(0));
+    EXPECT_EQ(holder.getIntegerProperty("i"), empty.getIntegerPropertyValue("i"));
+    EXPECT_EQ(holder.getIntegerProperty(CATUnicodeString("i")), empty.getIntegerPropertyValue("i"));
+    EXPECT_EQ(holder.getIntegerPropertyByIndex(0), empty.getIntegerPropertyByIndex(0));
+    EXPECT_EQ(holder.getPropertyTypeByIndex(0), empty.getPropertyTypeByIndex(0));
+    EXPECT_EQ(holder.getStringProperty("s"), empty.getStringPropertyValue("s"));
+    EXPECT_EQ(holder.getStringPropertyByIndex(0), empty.getStringPropertyByIndex(0));
+    EXPECT_EQ(holder.getMatrixProperty("m"), nullptr);
+    EXPECT_EQ(holder.getMatrixPropertyByIndex(0), nullptr);
 }
 
 TEST(QELPropertySet, ArraysAppendAndRefuseAnotherStorage) {

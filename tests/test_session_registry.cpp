@@ -87,6 +87,10 @@ TEST_F(SessionTest, HandlesResolveLiveComponentsOnly) {
         ASSERT_EQ(token.size(), 16u);
         EXPECT_EQ(QELHandleTable::resolve(token), &doc);
         EXPECT_EQ(QELHandleTable::resolve(" 0x" + token + "\r"), &doc);
+        EXPECT_EQ(QELHandleTable::resolve("0X" + token), &doc);
+        // Only "0x" is a prefix: two other characters make a token too long.
+        EXPECT_EQ(QELHandleTable::resolve("1x" + token), nullptr);
+        EXPECT_EQ(QELHandleTable::resolve("0y" + token), nullptr);
         std::string lower = token;
         for (auto& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
         EXPECT_EQ(QELHandleTable::resolve(lower), &doc);
