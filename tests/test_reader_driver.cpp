@@ -65,25 +65,6 @@ protected:
     SmallModel model;
 };
 
-TEST_F(ReaderDriver, ValidAnswerIsReadForwardWithoutSystemSeeks) {
-    for (bool crlf : {false, true}) {
-        SCOPED_TRACE(crlf ? "CR LF" : "LF");
-        auto reader = run(validAnswer(), crlf);
-        ASSERT_EQ(1, reader->getOccurrences().size());
-        EXPECT_EQ(model.occurrence, reader->getOccurrences()[0]);
-        EXPECT_EQ("OCC-NEW", model.occurrence->getStringProperty("Occ_UID").ToLatin1());
-        EXPECT_EQ("ROOT-ID", model.rootItem->getStringProperty("Item_ID").ToLatin1());
-        EXPECT_TRUE(model.session->getBooleanProperty("SaveDesignTables"));
-        const double* matrix = model.relative->getMatrixProperty("RelativeMatrix");
-        ASSERT_NE(nullptr, matrix);
-        EXPECT_EQ(30.0, matrix[11]);
-        EXPECT_FALSE(reportedBadAnswer());
-        // Going back to the blocks of an answer smaller than the block in
-        // memory never reaches the system.
-        EXPECT_EQ(0, Access::systemSeeks(*reader));
-    }
-}
-
 // A short list fills what it has and leaves the rest 0; past 16 numbers
 // nothing is read; a word reads as 0.
 TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {

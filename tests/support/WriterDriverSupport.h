@@ -96,13 +96,6 @@ inline std::vector<std::string> valuesOf(const std::vector<std::string>& lines, 
     return values;
 }
 
-inline int countOf(const std::vector<std::string>& lines, const std::string& line) {
-    int n = 0;
-    for (const auto& l : lines)
-        if (l == line) ++n;
-    return n;
-}
-
 inline std::vector<long> codesReported() {
     std::vector<long> codes;
     for (const auto& e : EMHManager::entries()) codes.push_back(e.code);
