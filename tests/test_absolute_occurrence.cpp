@@ -76,19 +76,6 @@ protected:
 
 // ---- construction ------------------------------------------------------------
 
-TEST_F(AbsoluteOccurrenceTest, ChildOfWorkspaceHasOwnUidAndInstanceAsPathsAndIsNotLinkedToIt) {
-    QELWorkSpace named;
-    named.set_Name("WS");
-    QELAbsoluteOccurrence top("u1", "A", &named);
-    EXPECT_EQ("A", text(top.get_Name()));
-    EXPECT_EQ("u1", text(top.getPathOccUIDS()));
-    EXPECT_EQ("A", text(top.getPathInstanceNames()));
-    EXPECT_EQ("WS", text(top.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
-    EXPECT_EQ(nullptr, top.getLinkedWorkSpace());
-    EXPECT_EQ(nullptr, top.getLinkedParentAbsoluteOccurrence());
-    EXPECT_EQ(nullptr, named.getLinkedAbsoluteOccurrences());
-}
-
 TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
     QELAbsoluteOccurrence b("u2", "B", &occ);
     QELAbsoluteOccurrence c("u3", "", &b);
@@ -104,22 +91,6 @@ TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
     // instance-name path of its own.
     EXPECT_EQ("u1+++u2+++u3", text(c.get_Name()));
     EXPECT_EQ("", text(c.getPathInstanceNames()));
-}
-
-TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRenames) {
-    QELRelativeOccurrence rel("r1", "");
-    QELItem item("I");
-    rel.linkItem(&item);
-    rel.addAbsoluteOccurrence(&occ);
-    occ.linkRelativeOccurrence(&rel);
-
-    EXPECT_EQ(&rel, occ.getLinkedRelativeOccurrence());
-    EXPECT_EQ("r1", text(occ.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_RELATIVE_UID")));
-    EXPECT_EQ(&item, rel.getLinkedItem());
-    EXPECT_EQ(&occ, rel.getComponent(QELLinkType::ABS_REL, "LINKNAME_DEFINITION", "A"));
-
-    rel.setOCCID("r9");
-    EXPECT_EQ("r9", text(rel.get_Name()));
 }
 
 // ---- views -------------------------------------------------------------------
@@ -158,27 +129,6 @@ TEST_F(AbsoluteOccurrenceTest, ViewsAreFoundBySignatureAndByContextName) {
 // ---- scenes ------------------------------------------------------------------
 
 // ---- component shape representations -----------------------------------------
-
-TEST_F(AbsoluteOccurrenceTest, ComponentShapeRepresentationsAreLinkedWithTheirName) {
-    EXPECT_EQ(nullptr, occ.getLinkedComponentShapeRepresentations());
-
-    QELDocument* made = occ.addComponentShapeRepresentation("Light", "light.cgr");
-    ASSERT_NE(nullptr, made);
-    EXPECT_EQ("light.cgr", text(made->get_Name()));
-    QELDocument existing("heavy.cgr");
-    occ.linkComponentShapeRepresentation("Heavy", &existing);
-    // The same pair again still makes a new link for this link name.
-    occ.linkComponentShapeRepresentation("Heavy", &existing);
-
-    TYPVectorPQELLink* links = occ.getLinkedComponentShapeRepresentations();
-    ASSERT_NE(nullptr, links);
-    ASSERT_EQ(3, links->size());
-    EXPECT_EQ(made, (*links)[0]->get_Secondary());
-    EXPECT_EQ("Light", text((*links)[0]->getStringProperty("ShapeRepName")));
-    EXPECT_EQ(&existing, (*links)[1]->get_Secondary());
-    EXPECT_EQ("Heavy", text((*links)[1]->getStringProperty("ShapeRepName")));
-    delete links;
-}
 
 // ---- signatures --------------------------------------------------------------
 

@@ -44,50 +44,6 @@ TEST(QELUtilities, LinkTypeNamesWithTheDeliberateGaps) {
     }
 }
 
-// Each code is spelled in the source as it is printed: an enumerator whose
-// value drifts from its name's place in the table would print another name.
-TEST(QELLinkType, EveryCodeIsPrintedAsItsEnumeratorIsSpelled) {
-    const struct {
-        QELLinkType::Code code;
-        const char* spelling;
-    } kCodes[] = {
-        {QELLinkType::WSP_ABS, "WSP_ABS"},
-        {QELLinkType::WSP_DOC, "WSP_DOC"},
-        {QELLinkType::ABS_WSP, "ABS_WSP"},
-        {QELLinkType::ABS_ITM, "ABS_ITM"},
-        {QELLinkType::ABS_REL, "ABS_REL"},
-        {QELLinkType::ABS_ABV, "ABS_ABV"},
-        {QELLinkType::REL_ITM, "REL_ITM"},
-        {QELLinkType::ITM_ABV, "ITM_ABV"},
-        {QELLinkType::ITM_REL, "ITM_REL"},
-        {QELLinkType::ITM_ABS, "ITM_ABS"},
-        {QELLinkType::ITM_DOC, "ITM_DOC"},
-        {QELLinkType::ITM_FRM, "ITM_FRM"},
-        {QELLinkType::FRM_DOC, "FRM_DOC"},
-        {QELLinkType::FIL_DOC, "FIL_DOC"},
-        {QELLinkType::DOC_ITM, "DOC_ITM"},
-        {QELLinkType::REF, "REF"},
-        {QELLinkType::ABS_ABS, "ABS_ABS"},
-        {QELLinkType::ABV_ITM, "ABV_ITM"},
-        {QELLinkType::GRM_LINK, "GRM_LINK"},
-        {QELLinkType::DOC_ABS, "DOC_ABS"},
-        {QELLinkType::WSP_ADDIN_DOC, "WSP_ADDIN_DOC"},
-        {QELLinkType::WSP_ITEM, "WSP_ITEM"},
-        {QELLinkType::ITM_ADDIN_DOC, "ITM_ADDIN_DOC"},
-        {QELLinkType::ITM_SCENE, "ITM_SCENE"},
-        {QELLinkType::ABS_SCENE, "ABS_SCENE"},
-        {QELLinkType::DOC_GEODATAS, "DOC_GEODATAS"},
-        {QELLinkType::DOC_STACKING, "DOC_STACKING"},
-        {QELLinkType::STACKING_PLIES_GROUP, "STACKING_PLIES_GROUP"},
-        {QELLinkType::PLIES_GROUP_SEQUENCE, "PLIES_GROUP_SEQUENCE"},
-        {QELLinkType::SEQUENCE_PLY, "SEQUENCE_PLY"},
-    };
-    for (const auto& c : kCodes) {
-        EXPECT_EQ(QELLinkType::name(c.code), CATUnicodeString(c.spelling)) << "code " << static_cast<int>(c.code);
-        EXPECT_EQ(QELUtilities::getLinkTypeName(c.code), QELLinkType::name(c.code));
-    }
-}
-
 TEST(QELObject, HostBackedKindsCountAsTheirBaseKindOnly) {
     Node hostDoc("CV5CAAQELDOCUMENT_CLASSNAME", "d");
     Node hostItem("CV5CAAQELITEM_CLASSNAME", "i");

@@ -190,38 +190,6 @@ TEST(QELPropertySet, DynamicMergeOverwritesEveryPairOnlyWhenAsked) {
     EXPECT_EQ(pairs->size(), 6);
 }
 
-TEST(QELPropertySet, PrintValueTextOfEveryKind) {
-    QELPropertySet set;
-    set.addMatrixProperty("m", kIdentity);
-    set.addDynamicProperty("d", "k", "v", false);
-    set.addStringArrayProperty("s", "x");
-    set.addIntegerArrayProperty("i", 7);
-    set.addBooleanArrayProperty("b", true);
-    CATListValCATUnicodeString list;
-    list.Append("one");
-    list.Append("two");
-    set.addStringListProperty("l", list);
-    auto* product = new CATIProduct("P");
-    set.addCATIProductProperty("p", product);
-    product->Release();
-
-    auto value = [&](int index) {
-        std::string line = set.print(0).ConvertToChar();
-        size_t start = 0;
-        for (int i = 0; i < index; ++i) start = line.find('\n', start) + 1;
-        std::string one = line.substr(start, line.find('\n', start) - start);
-        return one.substr(one.find("|\t") + 2);
-    };
-    EXPECT_EQ(value(0), "[0] 1 [1] 0 [2] 0 [3] 0 [4] 0 [5] 1 [6] 0 [7] 0 [8] 0 [9] 0 [10] 1 [11] 0 "
-                        "[12] 0.5 [13] -2.25 [14] 1e+21 [15] 1 ");
-    EXPECT_EQ(value(1), "[k] v ");
-    EXPECT_EQ(value(2), "[0] x ");
-    EXPECT_EQ(value(3), "[0] 7 ");
-    EXPECT_EQ(value(4), "[0] TRUE ");
-    EXPECT_EQ(value(5), "[1] one [2] two ");
-    EXPECT_EQ(value(6), "!!unknown property type!!");
-}
-
 TEST(QELPropertySet, MatricesPrintWithAPointInADecimalCommaLocale) {
     const char* chosen = nullptr;
     for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE", "fr_FR"}) {

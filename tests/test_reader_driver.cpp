@@ -90,29 +90,6 @@ TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
     }
 }
 
-TEST_F(ReaderDriver, EntriesWithoutPointer) {
-    // No real parent: a root, which opens a workspace.
-    const int workspaces = model.session->getWorkSpaceCount();
-    run(answer(1, entry(CATProduct, leaf(Parent_ItemRev_UID, "ERROR") + leaf(File_Name, "New.CATProduct"))));
-    EXPECT_TRUE(JNLManager::contains("ERROR : p_wsp is NULL. The desc file is not correctly filled."));
-    EXPECT_EQ(workspaces + 1, model.session->getWorkSpaceCount());
-
-    // A real parent: the parent is searched, and nothing is invented.
-    JNLManager::clear();
-    auto reader = run(answer(1, entry(CATPart, leaf(Parent_ItemRev_UID, "UID-Root"))));
-    EXPECT_TRUE(JNLManager::contains("ERROR : p_abs is NULL. The desc file is not correctly filled."));
-    EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Root] and parent_item_rev_uid = [UID-Root]"));
-    EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Root]"));
-    EXPECT_EQ(0, reader->getOccurrences().size());
-
-    // Without workspaces the occurrences read so far are searched.
-    JNLManager::clear();
-    model.session->release();
-    run(answer(2, occurrenceEntry(pointerOf(model.occurrence)) + entry(CATPart, leaf(Parent_ItemRev_UID, "UID-Part"))));
-    EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Part] and parent_item_rev_uid = [UID-Part]"));
-    EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Part]"));
-}
-
 TEST_F(ReaderDriver, EmptySessionReadsWorkspacesAndDrawingsOnly) {
     PROCManager::setManageDescForEmptyQEL(true);
     const std::string drawing = entry(CATDrawing, leaf(Parent_ItemRev_UID, "") + leaf(File_Name, "D.CATDrawing"));
@@ -251,32 +228,6 @@ TEST(ReaderEntry, EntriesOfAnySizeFollowOneAnother) {
         for (const QELAnswerEntry::Value& v : values) EXPECT_EQ("k" + std::to_string(order++), v.key.ToLatin1());
         EXPECT_EQ(c.keys, order) << "answer order, each key once";
     }
-}
-
-TEST_F(ReaderDriver, ShapeListsAreNumberedAcrossComponents) {
-    const std::string text = count(2) + leaf(ComponentName, "A") +
-                             element(Shapes, count(2) + element(SR, "a1\na2\n") + element(SR, "b1\n")) +
-                             leaf(ComponentName, "B") +
-                             // The count promises more lists than there are.
-                             element(Shapes, count(1000000) + element(SR, "c1\n")) + "</Components>\nafter\n";
-    QELXMLToDM reader(writeAnswer("components.xml", text).c_str());
-    ASSERT_EQ(0, Access::openFile(reader));
-    TYPMapIntPVoid* components = nullptr;
-    long long pos = 0;
-    EXPECT_TRUE(Access::getValuesAndStoreForComponents(reader, 0, pos, components));
-    const std::vector<std::pair<const char*, std::vector<std::string>>> expected = {
-        {"A", {"a1", "a2"}}, {"A", {"b1"}}, {"B", {"c1"}}};
-    ASSERT_EQ(3, components->size());
-    for (int i = 0; i < 3; ++i) {
-        auto* shapes = static_cast<TYPMapCATUnicodeStringPVoid*>(components->find(i));
-        auto* list = static_cast<TYPVectorCATUnicodeString*>(shapes->find(expected[i].first));
-        ASSERT_NE(nullptr, list) << i;
-        std::vector<std::string> names;
-        for (const CATUnicodeString& name : *list) names.push_back(name.ToLatin1());
-        EXPECT_EQ(expected[i].second, names) << i;
-    }
-    EXPECT_EQ(static_cast<long long>(text.size() - 6), pos);
-    Access::freeComponentsMap(components);
 }
 
 // ---- bad answers ---------------------------------------------------------------

@@ -82,34 +82,6 @@ using Names = std::vector<std::string>;
 
 // ---- the ordinary traversal ---------------------------------------------------
 
-TEST_F(WriterDriverTest, CurrentWorkspaceDepthFirstThenPassivesByIndexThenDesignTables) {
-    QELWorkSpace* ws = workspace("Root", true);
-    QELAbsoluteOccurrence* a = occurrence(ws, ws, "A", 2);
-    occurrence(ws, ws, "B", 0);
-    occurrence(ws, ws, "C", 1);
-    QELAbsoluteOccurrence* a1 = occurrence(ws, a, "A1", 3);
-    occurrence(ws, a, "A2", 1);
-    occurrence(ws, a, "A3", 2);
-    occurrence(ws, a1, "A1a", 0);
-    QELWorkSpace* late = workspace("Late", false, 2);
-    occurrence(late, late, "LateOcc", 0);
-    QELWorkSpace* early = workspace("Early", false, 1);
-    occurrence(early, early, "EarlyOcc", 0);
-    workspace("Hidden", false, 3)->addBooleanProperty("IsVisible", false);
-    auto* shown = m.documentOf(m.item("Sizes", EnumDocumentType_DesignTable));
-    shown->setDesignTableVisibility(1);
-    label(shown, "Sizes");
-    m.documentOf(m.item("Options", EnumDocumentType_DesignTable))->setDesignTableVisibility(0);
-
-    auto out = run(m.session());
-
-    EXPECT_EQ(blocks(out), Names({"Root", "B", "C", "A", "A2", "A3", "A1", "A1a", "Early", "EarlyOcc", "Late",
-                                  "LateOcc", "Sizes"}));
-    EXPECT_EQ(announced(out), 13);
-    EXPECT_EQ(out.back(), "</DESCFILE>");
-    EXPECT_EQ(codesReported(), std::vector<long>{2103}); // only the design-table question, never asked
-}
-
 TEST_F(WriterDriverTest, DeliberateCountMismatchesAreReported) {
     struct Case {
         const char* what;
@@ -155,21 +127,6 @@ TEST_F(WriterDriverTest, DeliberateCountMismatchesAreReported) {
         QELSession::freeModel();
         PROCManager::setManageInvisibleBrokenIcon(false);
     }
-}
-
-TEST_F(WriterDriverTest, SynchronizeActiveShapesLeavesPassivesAndDesignTablesOut) {
-    PROCManager::reset();
-    PROCManager::setIsCommandSynchronizeActiveShapes(true);
-    QELWorkSpace* ws = workspace("Root", true);
-    occurrence(ws, ws, "A", 0);
-    QELWorkSpace* passive = workspace("Passive", false, 1);
-    occurrence(passive, passive, "P", 0);
-    m.documentOf(m.item("Sizes", EnumDocumentType_DesignTable))->setDesignTableVisibility(1);
-
-    auto out = run(m.session());
-    EXPECT_EQ(blocks(out), Names({"Root", "A"}));
-    EXPECT_EQ(announced(out), 2);
-    EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
 }
 
 TEST_F(WriterDriverTest, StateDetailsFactoryCountsEachSecondaryDocument) {
@@ -289,30 +246,6 @@ TEST_F(WriterDriverTest, EmptyItemListGivesAnEmptyFile) {
     EXPECT_EQ(info.st_size, 0);
     EXPECT_EQ(result, 0);
     std::remove(path.c_str());
-}
-
-TEST_F(WriterDriverTest, StatusWindowListOneDocBlockPerItem) {
-    CV5CAAQELItem* full = m.item("Full");
-    auto* fullDoc = m.documentOf(full);
-    fullDoc->setDocumentUID("DST-1");
-    fullDoc->setNamedRefUID("NR-1");
-    CV5CAAQELItem* noNamedRef = m.item("NoRef");
-    m.documentOf(noNamedRef)->setDocumentUID("DST-2");
-    auto* withoutDocument = QELModelHeap::adopt(new CV5CAAQELItem("Lonely"));
-    auto* plain = QELModelHeap::adopt(new QELItem("Plain"));
-    TYPVectorPQELItem items;
-    for (QELItem* item : {static_cast<QELItem*>(full), static_cast<QELItem*>(nullptr),
-                          static_cast<QELItem*>(noNamedRef), static_cast<QELItem*>(withoutDocument), plain})
-        items.push_back(item);
-
-    auto out = describe([&](QELDMToXML& w) { EXPECT_EQ(w.execute(&items), 0); });
-    EXPECT_EQ(out, lines({"<doc>", "<filename>", "Full.CATPart", "</filename>", "<revuid>", "Full", "</revuid>",
-                          "<dstuid>", "DST-1", "</dstuid>", "<namedrefuid>", "NR-1", "</namedrefuid>", "</doc>",
-                          "<doc>", "<filename>", "NoRef.CATPart", "</filename>", "<revuid>", "NoRef", "</revuid>",
-                          "<dstuid>", "DST-2", "</dstuid>", "</doc>",
-                          "<doc>", "<revuid>", "Lonely", "</revuid>", "</doc>",
-                          "<doc>", "<revuid>", "Plain", "</revuid>", "</doc>"}));
-    EXPECT_TRUE(JNLManager::contains("BEGIN QELDMToXML::execute"));
 }
 
 TEST_F(WriterDriverTest, CatalogBrowserListOneDocBlockPerDocument) {
