@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <regex>
 
 #include "QELComponent.h"
@@ -20,16 +22,7 @@ public:
     }
 };
 
-class ComponentTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
-
-size_t count(const std::string& text, const std::string& what) {
-    size_t n = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-    return n;
-}
+using ComponentTest = qeltest::CleanSessionTest;
 
 } // namespace
 
@@ -176,20 +169,6 @@ TEST_F(ComponentTest, DesignTableLinksAreAllTakenOtherNamesOncePerSecondary) {
     std::unique_ptr<TYPVectorPQELLink> shapes(
         owner.getGRMLinksWhereUsedAsPrimary("CATIA_componentShapeRep_Link_type", "QELDOCUMENT_CLASSNAME"));
     EXPECT_EQ(shapes->size(), 1);
-}
-
-TEST_F(ComponentTest, PrintStyleZeroListsPropertiesLinksAndRelations) {
-    Node doc("QELDOCUMENT_CLASSNAME", "doc"), item("QELITEM_CLASSNAME", "item");
-    EXPECT_EQ(std::string(doc.print(0).ConvertToChar()), "doc\n_p_property_set is NULL\n");
-    doc.addIntegerProperty("N", 4);
-    QELLink* link = doc.addGRMLink("L", &item);
-    link->addStringProperty("ShapeRepName", "rep");
-    doc.addChildrenComponent(&item, QELLinkType::DOC_ITM);
-    std::string expected = "doc\n\tN" + std::string(39, ' ') + "\t|\t4\n" + "\t---- GRM_LINK / L ---> item\n" +
-                           "\tShapeRepName" + std::string(28, ' ') + "\t|\trep\n" +
-                           "\t---- DOC_ITM / LINKNAME_CHILD ---> item\n";
-    EXPECT_EQ(std::string(doc.print(0).ConvertToChar()), expected);
-    EXPECT_EQ(count(doc.print(7).ConvertToChar(), "unknown style"), 3u);
 }
 
 TEST_F(ComponentTest, PrintStyleOneWritesClassUsageAndLinkBlocks) {

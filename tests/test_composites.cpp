@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <functional>
 #include <string>
 
@@ -16,10 +18,7 @@ namespace {
 
 std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
 
-class CompositesTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using CompositesTest = qeltest::CleanSessionTest;
 
 } // namespace
 

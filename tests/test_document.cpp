@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,10 +17,7 @@
 
 namespace {
 
-class DocumentTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using DocumentTest = qeltest::CleanSessionTest;
 
 template <typename T> std::unique_ptr<T> owned(T* p) { return std::unique_ptr<T>(p); }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <memory>
 
 #include "QELAbsoluteOccurrence.h"
@@ -15,10 +17,7 @@
 
 namespace {
 
-class ItemTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using ItemTest = qeltest::CleanSessionTest;
 
 template <typename T> std::unique_ptr<T> owned(T* p) { return std::unique_ptr<T>(p); }
 
@@ -80,24 +79,3 @@ TEST_F(ItemTest, CreateDocumentRegistersAndLinksBothWays) {
 
 // ---- assembly objects ----------------------------------------------------------------------
 
-TEST_F(ItemTest, ItemDocumentLinksSeenFromBothDirections) {
-    QELItem item("I");
-    QELDocument doc("D");
-    EXPECT_FALSE(item.hasGRMDocumentLinkWhereUsedAsSecondary("L"));
-    QELLink* out = item.addGRMDocumentLink("L", &doc);
-    EXPECT_FALSE(item.hasGRMDocumentLinkWhereUsedAsSecondary("L"));
-    QELLink* in = doc.addGRMItemLink("L", &item);
-    EXPECT_TRUE(item.hasGRMDocumentLinkWhereUsedAsSecondary("L"));
-    EXPECT_EQ(item.getGRMDocumentLinksWhereUsedAsPrimary("L", &doc), out);
-    EXPECT_EQ(item.getGRMDocumentLinksWhereUsedAsSecondary("L", &doc), in);
-
-    // The incoming link has a document primary and an item secondary: it
-    // passes neither side of the item-to-document filter.
-    auto all = owned(item.getAllGRMDocumentLinks());
-    ASSERT_EQ(all->size(), 1);
-    auto* named = static_cast<TYPVectorPQELLink*>(all->find("L"));
-    ASSERT_NE(named, nullptr);
-    ASSERT_EQ(named->size(), 1);
-    EXPECT_EQ((*named)[0], out);
-    for (const auto& e : *all) delete static_cast<TYPVectorPQELLink*>(e.object);
-}

@@ -144,20 +144,6 @@ TEST_F(ReaderUpdate, CheckActionOnlyInSavesAndOnlyWhileUnset) {
     }
 }
 
-TEST_F(ReaderUpdate, CatalogCompIsAPrefixTestOfType) {
-    const std::pair<std::string, bool> cases[] = {
-        {leaf(Type, "CatalogComp"), true},   {leaf(Type, "CatalogCompFastener"), true},
-        {leaf(Type, "CatalogCom"), false},   {leaf(Type, "catalogcomp"), false},
-        {leaf(Type, "XCatalogComp"), false}, {leaf(Nomenclature, "no Type"), false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.first);
-        m.partItem->addBooleanProperty("CatalogComp", true);
-        update(m.occurrence, c.first);
-        EXPECT_EQ(c.second, m.partItem->getBooleanProperty("CatalogComp"));
-    }
-}
-
 TEST_F(ReaderUpdate, RefusedEntriesEndWithTheirJournalLine) {
     auto* orphan = QELModelHeap::adopt(new CV5CAAQELAbsoluteOccurrence("OCC-3", "Orphan.1", m.workspace));
     auto* itemOnly = QELModelHeap::adopt(new CV5CAAQELWorkSpace());

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <regex>
 
 #include "QELComponent.h"
@@ -32,10 +34,7 @@ public:
     static OpenSession* get() { return static_cast<OpenSession*>(QELSession::getInstance()); }
 };
 
-class SessionTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using SessionTest = qeltest::CleanSessionTest;
 
 } // namespace
 

@@ -28,7 +28,7 @@ namespace {
 class WriterDriverTest : public writertest::WriterTest {
 public:
     void SetUp() override {
-        WriterTest::SetUp();
+        writertest::WriterTest::SetUp();
         // Save phase 1: every node handed to writeDesc gets a block that
         // starts with its POINTER_ADDRESS.
         PROCManager::setIsCommandSave(true);
@@ -246,20 +246,6 @@ TEST_F(WriterDriverTest, EmptyItemListGivesAnEmptyFile) {
     EXPECT_EQ(info.st_size, 0);
     EXPECT_EQ(result, 0);
     std::remove(path.c_str());
-}
-
-TEST_F(WriterDriverTest, CatalogBrowserListOneDocBlockPerDocument) {
-    auto* document = m.documentOf(m.item("Screw"));
-    document->setDocumentUID("DST-S");
-    auto* plain = QELModelHeap::adopt(new QELDocument("Plain.CATPart", EnumDocumentType_Part));
-    TYPVectorPQELDocument documents;
-    documents.push_back(document);
-    documents.push_back(nullptr);
-    documents.push_back(plain);
-    auto out = describe([&](QELDMToXML& w) { EXPECT_EQ(w.writeDocumentsForCatalogBrowser(&documents), 0); });
-    EXPECT_EQ(out, lines({"<doc>", "<filename>", "Screw.CATPart", "</filename>", "<revuid>", "Screw", "</revuid>",
-                          "<dstuid>", "DST-S", "</dstuid>", "</doc>", "<doc>", "</doc>"}));
-    EXPECT_TRUE(describe([](QELDMToXML& w) { w.writeDocumentsForCatalogBrowser(nullptr); }).empty());
 }
 
 // ---- around the export ----------------------------------------------------------------

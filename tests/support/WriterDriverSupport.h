@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "QELLinkType.h"
+#include "CleanSessionTest.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
@@ -103,24 +104,8 @@ inline std::vector<long> codesReported() {
 }
 
 // Every process-wide setting back to its default around each test, and the
-// model freed at the end. Shared by all the writer's tests.
-class WriterTest : public ::testing::Test {
-protected:
-    void SetUp() override { resetAll(); }
-    void TearDown() override {
-        QELSession::freeModel();
-        resetAll();
-    }
-    // The settings only: the model stays.
-    static void resetAll() {
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        CV5CAAToolsCommon::setActiveCATDocument(nullptr);
-        JNLManager::clear();
-        EMHManager::clear();
-    }
-};
+// model freed. Shared by all the writer's tests.
+using WriterTest = qeltest::CleanSessionTest;
 
 // The 16 upper-case hexadecimal digits that identify a component.
 inline std::string handleOf(const QELComponent* c) {

@@ -2,7 +2,7 @@
 // described, the simulated PDM side answers, the reader reads the answer back.
 // Every value the answer gives must reach the component it belongs to, and no
 // other property of any component may change. Every prefix of the answer must
-// then be read safely, in time bounded by its size.
+// then be read safely.
 
 #include <gtest/gtest.h>
 
