@@ -27,6 +27,12 @@ TEST(TYPMapCATUnicodeStringPVoid, KeepsInsertionOrderAndFirstEntryOfAKey) {
     EXPECT_EQ(m.getObject(1), obj(2));
     EXPECT_EQ(m.getObject(2), nullptr);
     EXPECT_EQ(m.getObject(-1), nullptr);
+    // Every index in range answers its tag, the first one too.
+    ASSERT_NE(m.getTag(0), nullptr);
+    EXPECT_EQ(*m.getTag(0), "T");
+    EXPECT_EQ(m.getTag(2), nullptr);
+    EXPECT_EQ(m.getTag(-1), nullptr);
+    EXPECT_EQ(m.getKey(-1), nullptr);
 }
 
 TEST(TYPMapCATUnicodeStringPVoid, EraseThenReinsertMovesToTheEndAtEverySize) {
