@@ -7,7 +7,7 @@
 #include "QELXMLToDM.h"
 
 // The reader's private scanner, driver and options members, for the tests of
-// those sources only.
+// those sources and the fuzz harnesses.
 struct QELXMLToDMScannerAccess {
     // ---- the file
     static int openFile(QELXMLToDM& r) { return r.openFile(); }
@@ -41,6 +41,10 @@ struct QELXMLToDMScannerAccess {
                                   const char* endLine) {
         return r.getValuesAndStore(start, pos, values, endLine);
     }
+    static bool getValuesAndStoreForComponents(QELXMLToDM& r, long long start, long long& pos, TYPMapIntPVoid*& map) {
+        return r.getValuesAndStoreForComponents(start, pos, map);
+    }
+    static void freeComponentsMap(TYPMapIntPVoid* map) { QELXMLToDM::freeComponentsMap(map); }
     static void createAbsoluteOccurrence(QELXMLToDM& r, QELAbsoluteOccurrence* occurrence, QELSession* session,
                                          long long& pos, const QELAnswerEntry* map) {
         r.createAbsoluteOccurrence(occurrence, session, 0, pos, EnumDocumentType_Part, map);
