@@ -135,6 +135,7 @@ TEST(QELPropertySet, TypedGettersAnswerNeutrallyForMissingOrOtherKinds) {
 // does: the writer reads flags of components that were never given them.
 TEST(QELPropertySet, HolderWithoutPropertiesAnswersAsAnEmptySet) {
     const QELComponent holder;
+    ASSERT_EQ(holder.getPropertySet(), nullptr);
     const QELPropertySet empty;
     EXPECT_EQ(holder.getBooleanProperty("b"), empty.getBooleanPropertyValue("b"));
     EXPECT_EQ(holder.getBooleanProperty(CATUnicodeString("b")), empty.getBooleanPropertyValue("b"));
