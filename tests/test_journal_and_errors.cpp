@@ -193,6 +193,13 @@ TEST_P(SinkTest, CopiesEachLineToTheChosenFileOrToTheEnvironmentsAppended) {
     EXPECT_EQ(sink.texts().size(), 4u);
     std::remove(path.c_str());
 
+    // "-" is standard error.
+    ::testing::internal::CaptureStderr();
+    EXPECT_TRUE(sink.setOutputPath("-"));
+    sink.write("to the terminal");
+    sink.resetOutput();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), sink.fileLine("to the terminal"));
+
     EXPECT_FALSE(sink.setOutputPath("/nonexistent-dir/sink.txt"));
     sink.write("still kept in memory");
     EXPECT_EQ(sink.texts().back(), "still kept in memory");
