@@ -6,6 +6,7 @@
 //   qel_bench scaling --small N --large N [--pairs P] [--dir D]
 //   qel_bench once    --occurrences N [--dir D]
 //   qel_bench census  --occurrences N
+//   qel_bench linearity --small N --large N [--pairs P]
 //
 // Each row printed is tab-separated (see benchPrint); notes go to standard
 // error.
@@ -21,6 +22,7 @@
 
 #include "BenchCensus.h"
 #include "BenchFloors.h"
+#include "BenchLinearity.h"
 #include "BenchPairs.h"
 #include "CV5CAAToolsDesc.h"
 #include "EMHManager.h"
@@ -269,7 +271,7 @@ void census(const Options& options) {
 
 Options parse(int argc, char** argv) {
     Options options;
-    if (argc < 2) fail("usage: qel_bench ratios|scaling|once|census [--occurrences N] [--small N] [--large N] [--pairs P] [--dir D]");
+    if (argc < 2) fail("usage: qel_bench ratios|scaling|once|census|linearity [--occurrences N] [--small N] [--large N] [--pairs P] [--dir D]");
     options.mode = argv[1];
     for (int i = 2; i + 1 < argc; i += 2) {
         const std::string name = argv[i];
@@ -297,6 +299,7 @@ int main(int argc, char** argv) {
     else if (options.mode == "scaling") scaling(options);
     else if (options.mode == "once") once(options);
     else if (options.mode == "census") census(options);
+    else if (options.mode == "linearity") benchLinearity(options.small, options.large, options.pairs);
     else fail("unknown mode " + options.mode);
     return 0;
 }

@@ -6,6 +6,7 @@
 # and highest pair ratios as its spread.
 #
 #   scripts/bench.sh            # 10 000 and 100 000 occurrences, then scaling to 1 000 000
+#                               # and the linearity rows to 100 000 (QEL_BENCH_LINEAR_LARGE)
 #   QEL_BENCH_PAIRS=5 QEL_BENCH_SIZES="10000" QEL_BENCH_LARGE=100000 scripts/bench.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -16,6 +17,7 @@ pairs="${QEL_BENCH_PAIRS:-11}"
 sizes="${QEL_BENCH_SIZES-10000 100000}"
 large="${QEL_BENCH_LARGE:-1000000}"
 large_pairs="${QEL_BENCH_LARGE_PAIRS:-3}"
+linear_large="${QEL_BENCH_LINEAR_LARGE:-100000}"
 files="${QEL_BENCH_DIR:-build/bench/files}"
 
 log="$(mktemp)"
@@ -37,6 +39,10 @@ if [[ "$large" != 0 ]]; then
     echo "bench.sh: scaling 10000 to ${large} occurrences, ${large_pairs} pairs" >&2
     "$bench" scaling --small 10000 --large "$large" --pairs "$large_pairs" --dir "$files" >>"$rows"
 fi
+if [[ "$linear_large" != 0 ]]; then
+    echo "bench.sh: linearity 10000 to ${linear_large}, ${large_pairs} pairs" >&2
+    "$bench" linearity --small 10000 --large "$linear_large" --pairs "$large_pairs" --dir "$files" >>"$rows"
+fi
 
 # The goals hold at 100 000 occurrences (the scaling rows: at any size).
 awk -F'\t' '
@@ -56,7 +62,7 @@ BEGIN {
     printf "|---|---|---|---|---|---|---|---|\n"
 }
 {
-    unit = ($1 ~ /^M /) ? "B/occ" : ($1 ~ /^S /) ? "us/occ" : "s"
+    unit = ($1 ~ /^M /) ? "B/occ" : ($1 ~ /per occurrence/) ? "us/occ" : ($1 ~ /^S /) ? "us/unit" : "s"
     scale = ($1 ~ /^S /) ? 1e6 : 1
     fmt = ($1 ~ /^M /) ? "%.0f %s" : "%.3f %s"
     printf "| %s | %s | %s | %.2f | %.2f-%.2f | " fmt " | " fmt " | %s |\n", $1, $2, $3, $4, $5, $6, \

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "CV5CAAQELAbsoluteOccurrence.h"
+#include "CV5CAAQELWorkSpace.h"
 #include "JNLManager.h"
 #include "QELAbsoluteOccurrence.h"
 #include "QELAbsoluteView.h"
@@ -74,19 +76,6 @@ protected:
 
 // ---- construction ------------------------------------------------------------
 
-TEST_F(AbsoluteOccurrenceTest, ChildOfWorkspaceHasOwnUidAndInstanceAsPathsAndIsNotLinkedToIt) {
-    QELWorkSpace named;
-    named.set_Name("WS");
-    QELAbsoluteOccurrence top("u1", "A", &named);
-    EXPECT_EQ("A", text(top.get_Name()));
-    EXPECT_EQ("u1", text(top.getPathOccUIDS()));
-    EXPECT_EQ("A", text(top.getPathInstanceNames()));
-    EXPECT_EQ("WS", text(top.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_PARENT_UID")));
-    EXPECT_EQ(nullptr, top.getLinkedWorkSpace());
-    EXPECT_EQ(nullptr, top.getLinkedParentAbsoluteOccurrence());
-    EXPECT_EQ(nullptr, named.getLinkedAbsoluteOccurrences());
-}
-
 TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
     QELAbsoluteOccurrence b("u2", "B", &occ);
     QELAbsoluteOccurrence c("u3", "", &b);
@@ -102,53 +91,6 @@ TEST_F(AbsoluteOccurrenceTest, ChildOfOccurrenceExtendsPathsAndLinksBothWays) {
     // instance-name path of its own.
     EXPECT_EQ("u1+++u2+++u3", text(c.get_Name()));
     EXPECT_EQ("", text(c.getPathInstanceNames()));
-}
-
-TEST_F(AbsoluteOccurrenceTest, BadParentPrintsErrorAndKeepsOnlyTheTag) {
-    QELItem item("I");
-    ::testing::internal::CaptureStdout();
-    QELAbsoluteOccurrence orphan("u1", "A", nullptr);
-    QELAbsoluteOccurrence underItem("u2", "B", &item);
-    EXPECT_EQ("Error : parent component of an absolute occurrence cannot be null\n"
-              "Error : parent component is not wsp nore abs\n",
-              ::testing::internal::GetCapturedStdout());
-
-    for (const QELAbsoluteOccurrence* occ : {&orphan, &underItem}) {
-        EXPECT_TRUE(occ->isAbsolute());
-        EXPECT_EQ("", text(occ->get_Name()));
-        EXPECT_EQ(0, occ->getPropertiesCount());
-    }
-    EXPECT_EQ(-1, item.getChildrenCount(QELLinkType::ABS_ABS));
-}
-
-TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceIsNamedByFirstNonEmptyText) {
-    QELRelativeOccurrence first("r1", "r2");
-    QELRelativeOccurrence second("", "r2");
-    ::testing::internal::CaptureStdout();
-    QELRelativeOccurrence none("", "");
-    EXPECT_EQ("Erreur : relative UID cannot be defined\n",
-              ::testing::internal::GetCapturedStdout());
-
-    EXPECT_EQ("r1", text(first.get_Name()));
-    EXPECT_EQ("r2", text(second.get_Name()));
-    EXPECT_EQ("", text(none.get_Name()));
-    EXPECT_TRUE(none.instanceOf("QELRELATIVEOCCURRENCE_CLASSNAME"));
-}
-
-TEST_F(AbsoluteOccurrenceTest, RelativeOccurrenceLinkRecordsItsNameAndFollowsRenames) {
-    QELRelativeOccurrence rel("r1", "");
-    QELItem item("I");
-    rel.linkItem(&item);
-    rel.addAbsoluteOccurrence(&occ);
-    occ.linkRelativeOccurrence(&rel);
-
-    EXPECT_EQ(&rel, occ.getLinkedRelativeOccurrence());
-    EXPECT_EQ("r1", text(occ.getStringProperty("QELABSOLUTEOCCURRENCE_PROPERTY_RELATIVE_UID")));
-    EXPECT_EQ(&item, rel.getLinkedItem());
-    EXPECT_EQ(&occ, rel.getComponent(QELLinkType::ABS_REL, "LINKNAME_DEFINITION", "A"));
-
-    rel.setOCCID("r9");
-    EXPECT_EQ("r9", text(rel.get_Name()));
 }
 
 // ---- views -------------------------------------------------------------------
@@ -186,70 +128,7 @@ TEST_F(AbsoluteOccurrenceTest, ViewsAreFoundBySignatureAndByContextName) {
 
 // ---- scenes ------------------------------------------------------------------
 
-TEST_F(AbsoluteOccurrenceTest, SceneFilesItselfUnderContextAndOccurrence) {
-    QELScene scene(&occ, &ctx, "S1");
-
-    EXPECT_EQ("S1", text(scene.getSignature()));
-    EXPECT_EQ(&ctx, scene.getContext());
-    EXPECT_EQ(&scene, occ.getLinkedScene("S1"));
-    TYPMapCATUnicodeStringPVoid* itemScenes = ctx.getAllLinkedScenes();
-    ASSERT_NE(nullptr, itemScenes);
-    EXPECT_NE(nullptr, itemScenes->find("S1"));
-    EXPECT_EQ("", text(scene.getScene()));
-    scene.addStringProperty("nameOfScene", "Exploded");
-    EXPECT_EQ("Exploded", text(scene.getScene()));
-}
-
-// A scene without its occurrence or its context prints an error and is
-// filed nowhere.
-TEST_F(AbsoluteOccurrenceTest, CreateSceneFilesOneSceneOwnedByTheModel) {
-    ::testing::internal::CaptureStdout();
-    QELScene noContext(&occ, nullptr, "S1");
-    QELScene noOccurrence(nullptr, &ctx, "S2");
-    occ.createScene(nullptr, "S3");
-    EXPECT_EQ("error: absolute occurrence and/or context p_item is NULL!\n"
-              "error: absolute occurrence and/or context p_item is NULL!\n"
-              "error: absolute occurrence and/or context p_item is NULL!\n",
-              ::testing::internal::GetCapturedStdout());
-    EXPECT_EQ(nullptr, occ.getLinkedScenes());
-    EXPECT_EQ(nullptr, ctx.getAllLinkedScenes());
-    EXPECT_EQ("", text(noOccurrence.get_Name()));
-
-    occ.createScene(&ctx, "S1");
-    occ.createScene(&ctx, "S2");
-
-    ASSERT_NE(nullptr, occ.getLinkedScenes());
-    EXPECT_EQ(2, occ.getLinkedScenes()->size());
-    QELScene* s1 = occ.getLinkedScene("S1");
-    ASSERT_NE(nullptr, s1);
-    EXPECT_EQ(&ctx, s1->getContext());
-    // Filed twice under the same keys: still one entry each.
-    EXPECT_EQ(1, occ.getComponents(QELLinkType::ABS_SCENE, "S1")->size());
-    EXPECT_EQ(2, ctx.getAllLinkedScenes()->size());
-}
-
 // ---- component shape representations -----------------------------------------
-
-TEST_F(AbsoluteOccurrenceTest, ComponentShapeRepresentationsAreLinkedWithTheirName) {
-    EXPECT_EQ(nullptr, occ.getLinkedComponentShapeRepresentations());
-
-    QELDocument* made = occ.addComponentShapeRepresentation("Light", "light.cgr");
-    ASSERT_NE(nullptr, made);
-    EXPECT_EQ("light.cgr", text(made->get_Name()));
-    QELDocument existing("heavy.cgr");
-    occ.linkComponentShapeRepresentation("Heavy", &existing);
-    // The same pair again still makes a new link for this link name.
-    occ.linkComponentShapeRepresentation("Heavy", &existing);
-
-    TYPVectorPQELLink* links = occ.getLinkedComponentShapeRepresentations();
-    ASSERT_NE(nullptr, links);
-    ASSERT_EQ(3, links->size());
-    EXPECT_EQ(made, (*links)[0]->get_Secondary());
-    EXPECT_EQ("Light", text((*links)[0]->getStringProperty("ShapeRepName")));
-    EXPECT_EQ(&existing, (*links)[1]->get_Secondary());
-    EXPECT_EQ("Heavy", text((*links)[1]->getStringProperty("ShapeRepName")));
-    delete links;
-}
 
 // ---- signatures --------------------------------------------------------------
 
@@ -327,31 +206,6 @@ TEST_F(AbsoluteOccurrenceTest, AllParentsListWorkspaceThenAncestorsTopDown) {
     delete map;
 }
 
-TEST_F(AbsoluteOccurrenceTest, OrphanHasNoParentsAndIsReported) {
-    QELAbsoluteOccurrence orphan;
-    TYPVectorPQELComponent* parents = nullptr;
-    EXPECT_EQ(0, orphan.getAllParents(parents));
-    ASSERT_NE(nullptr, parents);
-    EXPECT_TRUE(parents->empty());
-    delete parents;
-    EXPECT_EQ((std::vector<std::string>{"BEGIN QELAbsoluteOccurrence::getAllParents",
-                                        "getAllParents error : orphan absolute occurence",
-                                        "END QELAbsoluteOccurrence::getAllParents (-1)"}),
-              JNLManager::entries());
-
-    ::testing::internal::CaptureStdout();
-    TYPMapCATUnicodeStringPVoid* map = orphan.getAllParentComponents();
-    EXPECT_EQ("getAllParentComponents error : orphelan absolute occurence\n",
-              ::testing::internal::GetCapturedStdout());
-    ASSERT_NE(nullptr, map);
-    EXPECT_TRUE(map->empty());
-    delete map;
-
-    TYPVectorPQELComponent* views = nullptr;
-    EXPECT_EQ(0, orphan.getAllAbsViews(views));
-    EXPECT_EQ(nullptr, views);
-}
-
 TEST_F(AbsoluteOccurrenceTest, AllAbsViewsComeNearestContextFirst) {
     Assembly a;
     QELAbsoluteView inSub("Bolt+++ItemSub");
@@ -406,4 +260,27 @@ TEST_F(AbsoluteOccurrenceTest, AllAbsViewsPassesOnTheLastSignatureStatus) {
     ASSERT_NE(nullptr, views);
     EXPECT_TRUE(views->empty());
     delete views;
+}
+
+// The synchronize command activates the shape last answered for a name: a
+// second answer for it replaces the first instead of being dropped.
+TEST(HostActiveShapes, TheLastValueOfANameWins) {
+    CV5CAAQELWorkSpace workspace;
+    CV5CAAQELAbsoluteOccurrence occurrence;
+    const std::vector<QELComponent*> holders = {&workspace, &occurrence};
+    auto add = [&](size_t which, const char* name, const char* value) {
+        if (which == 0) workspace.addActiveShape(name, value);
+        else occurrence.addActiveShape(name, value);
+    };
+    for (size_t which = 0; which < holders.size(); ++which) {
+        SCOPED_TRACE(which == 0 ? "workspace" : "occurrence");
+        add(which, "Rep", "old.cgr");
+        add(which, "Other", "other.cgr");
+        add(which, "Rep", "new.cgr");
+        const TYPVectorCATUnicodeString* shapes = holders[which]->getDynamicProperty("ActiveShapes");
+        ASSERT_NE(shapes, nullptr);
+        std::vector<std::string> pairs;
+        for (int i = 0; i < shapes->size(); ++i) pairs.push_back(text((*shapes)[i]));
+        EXPECT_EQ(pairs, (std::vector<std::string>{"Rep", "new.cgr", "Other", "other.cgr"}));
+    }
 }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <functional>
 #include <string>
 
@@ -16,10 +18,7 @@ namespace {
 
 std::string text(const CATUnicodeString& s) { return s.ToLatin1(); }
 
-class CompositesTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using CompositesTest = qeltest::CleanSessionTest;
 
 } // namespace
 
@@ -76,48 +75,6 @@ TEST_F(CompositesTest, GettersReadTheirOwnPropertyNotTheName) {
         EXPECT_EQ("value", text(row.get())) << row.property;
     }
     EXPECT_EQ("Ply.1", text(ply.get_Name()));
-}
-
-TEST_F(CompositesTest, BodiesOfOneDocumentStayApartBySignature) {
-    QELDocument doc("Wing.CATPart");
-    QELGeoDatas skin(&doc, "Skin");
-    QELGeoDatas spar(&doc, "Spar");
-
-    TYPMapCATUnicodeStringPVoid* bodies = doc.getLinkedBodys();
-    ASSERT_NE(nullptr, bodies);
-    ASSERT_EQ(2, bodies->size());
-    auto* underSkin = static_cast<TYPMapCATUnicodeStringPVoid*>(bodies->find("Skin"));
-    auto* underSpar = static_cast<TYPMapCATUnicodeStringPVoid*>(bodies->find("Spar"));
-    ASSERT_NE(nullptr, underSkin);
-    ASSERT_NE(nullptr, underSpar);
-    EXPECT_EQ(&skin, underSkin->first());
-    EXPECT_EQ(&spar, underSpar->first());
-    EXPECT_TRUE(skin.isAKindOf("QELGEODATAS_CLASSNAME"));
-}
-
-TEST_F(CompositesTest, NullOwnerPrintsItsLineAndLeavesTheObjectUnnamed) {
-    ::testing::internal::CaptureStdout();
-    QELGeoDatas body(nullptr, "Body.1");
-    QELStacking stacking(nullptr, "Stacking.1");
-    QELPliesGroup group(nullptr, "PG.1");
-    QELSequence sequence(nullptr, "Seq.1");
-    QELPly ply(nullptr, "Ply.1");
-    EXPECT_EQ("error: doc is NULL!\n"
-              "error: ip_document is NULL!\n"
-              "error: ip_staking is NULL!\n"
-              "error: ip_plies_group is NULL!\n"
-              "error: ip_sequence is NULL!\n",
-              ::testing::internal::GetCapturedStdout());
-
-    for (const QELComponent* c :
-         {static_cast<const QELComponent*>(&body), static_cast<const QELComponent*>(&stacking),
-          static_cast<const QELComponent*>(&group), static_cast<const QELComponent*>(&sequence),
-          static_cast<const QELComponent*>(&ply)}) {
-        EXPECT_EQ("", text(c->get_Name()));
-    }
-    // The tag is all that is set.
-    EXPECT_TRUE(stacking.instanceOf("QELSTACKING_CLASSNAME"));
-    EXPECT_EQ(0, stacking.getPropertiesCount());
 }
 
 TEST_F(CompositesTest, PliesOfOneNameInASequenceAreOneEntry) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,10 +17,7 @@
 
 namespace {
 
-class DocumentTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using DocumentTest = qeltest::CleanSessionTest;
 
 template <typename T> std::unique_ptr<T> owned(T* p) { return std::unique_ptr<T>(p); }
 
@@ -36,43 +35,12 @@ std::vector<CATUnicodeString> texts(std::initializer_list<const char*> list) {
 
 // ---- type, flags and helpers ---------------------------------------------------------
 
-TEST_F(DocumentTest, TypeIsUnsetWithoutOneAndReplacedBySetType) {
-    QELDocument bare;
-    EXPECT_TRUE(bare.isAKindOf("QELDOCUMENT_CLASSNAME"));
-    EXPECT_FALSE(bare.isPropertyExist("DocumentType"));
-    EXPECT_EQ(bare.getType(), EnumDocumentType_Unset);
-
-    QELDocument named("Bolt");
-    EXPECT_EQ(named.getType(), EnumDocumentType_Unset);
-    EXPECT_EQ(QELUtilities::getDocFilRefNameFromDocumentType(named.getType()), CATUnicodeString("unknown"));
-
-    QELDocument part("Plate", EnumDocumentType_Part);
-    EXPECT_EQ(part.getType(), EnumDocumentType_Part);
-    part.setType(EnumDocumentType_Drawing);
-    EXPECT_EQ(part.getType(), EnumDocumentType_Drawing);
-}
-
 TEST_F(DocumentTest, ForeignFileNeedsExactlyUpperCaseFF) {
     QELDocument d("D", EnumDocumentType_Part);
     EXPECT_FALSE(d.isAForeignFile());
     for (const char* value : {"ff", "FF ", "FF"}) {
         d.addStringProperty("IsAForeignFile", value);
         EXPECT_EQ(d.isAForeignFile(), std::string(value) == "FF") << value;
-    }
-}
-
-TEST(QELUtilitiesDocument, ReferenceNamePerDocumentType) {
-    struct Row {
-        int type;
-        const char* name;
-    };
-    const Row rows[] = {{-1, "unknown"},        {0, "unknown"},      {1, "catproduct"},  {2, "catpart"},
-                        {3, "catdrawing"},      {4, "catprocess"},   {5, "catanalysis"}, {6, "unknown"},
-                        {7, "catdesigntable"},  {8, "catalog"},      {9, "unknown"},     {-7, "unknown"}};
-    for (const Row& r : rows) {
-        EXPECT_EQ(QELUtilities::getDocFilRefNameFromDocumentType(static_cast<EnumDocumentType>(r.type)),
-                  CATUnicodeString(r.name))
-            << "type " << r.type;
     }
 }
 
@@ -135,56 +103,6 @@ TEST_F(DocumentTest, CreateFileRegistersOnceAndSharesTheFileBetweenDocuments) {
     EXPECT_EQ(model.getLinkedFiles(QELUtilities::getDocFilRefNameFromDocumentType(model.getType())), nullptr);
 }
 
-TEST_F(DocumentTest, PublicationsAreReusedByNameWhileAttributeFormsAreAlwaysNew) {
-    QELDocument d("D", EnumDocumentType_Part);
-    EXPECT_EQ(d.getLinkedPublications(), nullptr);
-
-    QELForm* face = d.addPublication("Face");
-    EXPECT_EQ(face->getFormType(), CATUnicodeString("catpublication"));
-    EXPECT_EQ(face->getStringProperty("QELFRM_PROPERTY_NAME"), CATUnicodeString("Face"));
-    EXPECT_EQ(face->getLinkedDocument(), &d);
-    EXPECT_EQ(d.addPublication("Face"), face);
-    QELForm* edge = d.addPublication("Edge");
-    EXPECT_NE(edge, face);
-    EXPECT_EQ(d.getLinkedPublication("Edge"), edge);
-    EXPECT_EQ(d.getLinkedPublications()->size(), 2);
-
-    QELForm* a1 = d.addCATIADocAttributesForm();
-    QELForm* a2 = d.addCATIADocAttributesForm();
-    EXPECT_NE(a1->get_Name(), a2->get_Name());
-    EXPECT_EQ(a1->getFormType(), CATUnicodeString("catia_doc_attributes"));
-    EXPECT_EQ(a2->getLinkedDocument(), &d);
-    EXPECT_EQ(d.getLinkedCATIADocAttributesForms()->size(), 2);
-}
-
-TEST_F(DocumentTest, AllLinkedCollectionsSortChildrenByKind) {
-    QELDocument d("D", EnumDocumentType_Product);
-    auto none = owned(d.getAllLinkedDocuments());
-    ASSERT_NE(none, nullptr);
-    EXPECT_EQ(none->size(), 0);
-    EXPECT_EQ(owned(d.getAllLinkedFiles())->size(), 0);
-    EXPECT_EQ(owned(d.getAllLinkedForms())->size(), 0);
-
-    QELDocument linked("Linked", EnumDocumentType_Part);
-    QELForm custom("checklist", "Review");
-    d.createFile("catproduct", "Top.CATProduct");
-    d.linkDocument("drawing_of", &linked);
-    d.linkForm(&custom);
-    d.addPublication("Pub");
-    d.addDesignTable("Sizes", "Sizes.xls");
-
-    auto docs = owned(d.getAllLinkedDocuments());
-    auto files = owned(d.getAllLinkedFiles());
-    auto forms = owned(d.getAllLinkedForms());
-    EXPECT_EQ(namesOf(*docs), texts({"Linked", "Sizes.xls"}));
-    EXPECT_EQ(namesOf(*files), texts({"Top.CATProduct"}));
-    ASSERT_EQ(forms->size(), 2);
-    EXPECT_EQ((*forms)[0], &custom);
-    EXPECT_EQ((*forms)[1]->getFormType(), CATUnicodeString("catpublication"));
-    // linkForm files the form only; the form is not told of the document.
-    EXPECT_EQ(custom.getLinkedDocument(), nullptr);
-}
-
 // ---- design tables -------------------------------------------------------------------------
 
 TEST_F(DocumentTest, DesignTablesAreNumberedAndCarryTheirOwnFile) {
@@ -217,51 +135,7 @@ TEST_F(DocumentTest, DesignTablesAreNumberedAndCarryTheirOwnFile) {
     EXPECT_EQ((*tables)[1], second);
 }
 
-TEST_F(DocumentTest, DesignTablesComeBackInIndexOrderWhateverTheStoreOrder) {
-    QELDocument owner("Owner", EnumDocumentType_Part);
-    QELDocument c("C"), a("A"), b("B"), unnumbered("U");
-    c.addIntegerProperty("indiceDesignTable", 20);
-    a.addIntegerProperty("indiceDesignTable", 0);
-    b.addIntegerProperty("indiceDesignTable", 5);
-    owner.addDesignTable(&c);
-    owner.addDesignTable(&a);
-    owner.addDesignTable(&unnumbered);
-    owner.addDesignTable(&b);
-    // Filing an existing table leaves its properties alone.
-    EXPECT_FALSE(unnumbered.isPropertyExist("indiceDesignTable"));
-
-    auto tables = owned(owner.getLinkedDesignTables());
-    EXPECT_EQ(namesOf(*tables), texts({"U", "A", "B", "C"}));
-
-    // The next table made here is numbered after the four already filed.
-    EXPECT_EQ(owner.addDesignTable("D", "D.xls")->getIntegerProperty("indiceDesignTable"), 4);
-}
-
 // ---- GRM links ---------------------------------------------------------------------------
-
-TEST_F(DocumentTest, AlternateShapesAlwaysMakeANewLinkNamingTheRepresentation) {
-    QELDocument d("D", EnumDocumentType_Part);
-    auto noLinks = owned(d.getLinkedAlternateShapeRepresentations());
-    EXPECT_EQ(noLinks, nullptr);
-
-    QELDocument* made = d.addAlternateShapeRepresentation("Simplified", "D_simple");
-    EXPECT_EQ(made->get_Name(), CATUnicodeString("D_simple"));
-    EXPECT_EQ(made->getType(), EnumDocumentType_Unset);
-    EXPECT_EQ(QELSession::getInstance()->getDocument("D_simple"), nullptr);
-
-    d.linkAlternateShapeRepresentation("Envelope", made);
-    auto links = owned(d.getLinkedAlternateShapeRepresentations());
-    ASSERT_EQ(links->size(), 2);
-    EXPECT_EQ((*links)[0]->getStringProperty("ShapeRepName"), CATUnicodeString("Simplified"));
-    EXPECT_EQ((*links)[1]->getStringProperty("ShapeRepName"), CATUnicodeString("Envelope"));
-    EXPECT_EQ((*links)[1]->get_Secondary(), made);
-
-    // Secondaries, by contrast, reuse the link to a known document.
-    QELDocument other("Other", EnumDocumentType_Part);
-    d.addGRMDocumentLink("CATIA_secondary_Link_type", &other);
-    d.addGRMDocumentLink("CATIA_secondary_Link_type", &other);
-    EXPECT_EQ(owned(d.getLinkedSecondaries())->size(), 1);
-}
 
 TEST_F(DocumentTest, ClassFiltersAcceptEitherEndWhereUsedOnlyTheFarEnd) {
     QELDocument d("D", EnumDocumentType_Part);
@@ -325,32 +199,3 @@ TEST_F(DocumentTest, PointedItemsFollowLinkOrderAndFailWithoutTheLink) {
 
 // ---- session registry --------------------------------------------------------------------
 
-TEST_F(DocumentTest, SessionRegistryKeepsEachKindApart) {
-    QELSession* session = QELSession::getInstance();
-    EXPECT_EQ(session->getDocumentCount() + session->getItemCount() + session->getFileCount() +
-                  session->getWorkSpaceCount(),
-              0);
-    EXPECT_EQ(session->getDocuments(), nullptr);
-    EXPECT_EQ(session->getWorkSpaces(), nullptr);
-
-    QELDocument doc("Same", EnumDocumentType_Part), twin("Same", EnumDocumentType_Drawing);
-    QELItem item("Same");
-    QELFile file("Same");
-    QELWorkSpace workSpace;
-    workSpace.set_Name("Same");
-    session->addDocument(&doc);
-    session->addItem(&item);
-    session->addFile(&file);
-    session->addWorkSpace(&workSpace);
-    session->addDocument(nullptr);
-    // A second document of a known name leaves the first in place.
-    session->addDocument(&twin);
-    EXPECT_EQ(session->getDocument("Same"), &doc);
-    EXPECT_EQ(session->getItem("Same"), &item);
-    EXPECT_EQ(session->getFile("Same"), &file);
-    EXPECT_EQ(session->getWorkSpace("Same"), &workSpace);
-    EXPECT_EQ(session->getDocument("Other"), nullptr);
-    EXPECT_EQ(session->getDocumentCount(), 1);
-    EXPECT_EQ(session->getWorkSpaceCount(), 1);
-    EXPECT_EQ(session->getFiles()->find("Same"), &file);
-}

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <memory>
 
 #include "QELAbsoluteOccurrence.h"
@@ -15,10 +17,7 @@
 
 namespace {
 
-class ItemTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using ItemTest = qeltest::CleanSessionTest;
 
 template <typename T> std::unique_ptr<T> owned(T* p) { return std::unique_ptr<T>(p); }
 
@@ -39,24 +38,6 @@ TEST_F(ItemTest, FileVersionHoldsTheExtensionAndTheFirstDocumentAnswers) {
     file.linkDocument(&first);
     file.linkDocument(&second);
     EXPECT_EQ(file.getLinkedDocument(), &first);
-}
-
-TEST_F(ItemTest, FormsOfOneTypeAndNameStayDistinct) {
-    QELForm a("catpublication", "Face"), b("catpublication", "Face");
-    EXPECT_NE(a.get_Name(), b.get_Name());
-    EXPECT_EQ(a.get_Name().GetLengthInChar(), 36);
-    EXPECT_EQ(a.getStringProperty("QELFRM_PROPERTY_NAME"), CATUnicodeString("Face"));
-    EXPECT_EQ(a.getFormType(), CATUnicodeString("catpublication"));
-
-    QELForm typed("checklist");
-    EXPECT_FALSE(typed.isPropertyExist("QELFRM_PROPERTY_NAME"));
-
-    QELItem item("I");
-    item.linkForm(&a);
-    item.linkForm(&b);
-    ASSERT_NE(item.getLinkedForms("catpublication"), nullptr);
-    EXPECT_EQ(item.getLinkedForms("catpublication")->size(), 2);
-    EXPECT_EQ(item.getLinkedForms("review"), nullptr);
 }
 
 // ---- items and their documents -------------------------------------------------------------
@@ -96,74 +77,5 @@ TEST_F(ItemTest, CreateDocumentRegistersAndLinksBothWays) {
     EXPECT_EQ(loose.getAllLinkedItems(), nullptr);
 }
 
-TEST_F(ItemTest, AllLinkedFormsTakesEveryKeyWithoutAClassTest) {
-    QELItem item("I");
-    auto none = owned(item.getAllLinkedForms());
-    ASSERT_NE(none, nullptr);
-    EXPECT_EQ(none->size(), 0);
-
-    QELForm p1("catpublication", "A"), c1("checklist"), p2("catpublication", "B");
-    item.linkForm(&p1);
-    item.linkForm(&c1);
-    item.linkForm(&p2);
-    // Something else filed under link 12 is taken too.
-    QELDocument stray("Stray");
-    item.addComponent(&stray, QELLinkType::ITM_FRM, "odd");
-
-    auto forms = owned(item.getAllLinkedForms());
-    ASSERT_EQ(forms->size(), 4);
-    EXPECT_EQ((*forms)[0], &p1);
-    EXPECT_EQ((*forms)[1], &p2);
-    EXPECT_EQ((*forms)[2], &c1);
-    EXPECT_EQ(static_cast<QELComponent*>((*forms)[3]), &stray);
-}
-
 // ---- assembly objects ----------------------------------------------------------------------
 
-TEST_F(ItemTest, AssemblyObjectsAreFoundByKeyOrFirstEntry) {
-    QELItem item("I");
-    EXPECT_EQ(item.getLinkedAbsOcc(), nullptr);
-    EXPECT_EQ(item.getLinkedAbsoluteViews("sig"), nullptr);
-
-    QELAbsoluteOccurrence occ1, occ2;
-    occ1.set_Name("A+++B");
-    occ2.set_Name("A+++C");
-    item.linkAbsOcc(&occ1);
-    item.linkAbsOcc(&occ2);
-    EXPECT_EQ(item.getLinkedAbsOcc(), &occ1);
-
-    QELRelativeOccurrence r1("r1", ""), r2("r2", "");
-    item.linkRelativeOccurrence(&r1);
-    item.linkRelativeOccurrence(&r2);
-    EXPECT_EQ(item.getLinkedRelativeOccurrence("r2"), &r2);
-    EXPECT_EQ(item.getLinkedRelativeOccurrence("r1", "r2"), &r2);
-    EXPECT_EQ(item.getLinkedRelativeOccurrence("missing", "r2"), nullptr);
-
-    QELAbsoluteView v1("Bolt+++I"), v2("Nut+++I");
-    item.linkAbsoluteView(&v1);
-    item.linkAbsoluteView(&v2);
-    EXPECT_EQ(item.getLinkedAbsoluteViews("Nut+++I"), &v2);
-    EXPECT_EQ(item.getLinkedAbsoluteViews("Washer+++I"), nullptr);
-}
-
-TEST_F(ItemTest, ItemDocumentLinksSeenFromBothDirections) {
-    QELItem item("I");
-    QELDocument doc("D");
-    EXPECT_FALSE(item.hasGRMDocumentLinkWhereUsedAsSecondary("L"));
-    QELLink* out = item.addGRMDocumentLink("L", &doc);
-    EXPECT_FALSE(item.hasGRMDocumentLinkWhereUsedAsSecondary("L"));
-    QELLink* in = doc.addGRMItemLink("L", &item);
-    EXPECT_TRUE(item.hasGRMDocumentLinkWhereUsedAsSecondary("L"));
-    EXPECT_EQ(item.getGRMDocumentLinksWhereUsedAsPrimary("L", &doc), out);
-    EXPECT_EQ(item.getGRMDocumentLinksWhereUsedAsSecondary("L", &doc), in);
-
-    // The incoming link has a document primary and an item secondary: it
-    // passes neither side of the item-to-document filter.
-    auto all = owned(item.getAllGRMDocumentLinks());
-    ASSERT_EQ(all->size(), 1);
-    auto* named = static_cast<TYPVectorPQELLink*>(all->find("L"));
-    ASSERT_NE(named, nullptr);
-    ASSERT_EQ(named->size(), 1);
-    EXPECT_EQ((*named)[0], out);
-    for (const auto& e : *all) delete static_cast<TYPVectorPQELLink*>(e.object);
-}

@@ -59,15 +59,51 @@ protected:
     }
 };
 
-class ErrorHandlerTest : public ::testing::Test {
+// The journal and the error handler keep their lines the same way; each row
+// writes one line to one of them and says how that line reads in its file.
+struct Sink {
+    const char* name;
+    const char* variable;
+    bool (*setOutputPath)(const CATUnicodeString&);
+    void (*resetOutput)();
+    void (*setMaxEntries)(std::size_t);
+    void (*clear)();
+    void (*write)(const std::string& text);
+    std::vector<std::string> (*texts)();
+    std::string (*fileLine)(const std::string& text);
+};
+
+const Sink kSinks[] = {
+    {"journal", "QEL_JOURNAL", &JNLManager::setOutputPath, &JNLManager::resetOutput, &JNLManager::setMaxEntries,
+     &JNLManager::clear, [](const std::string& text) { JNLManager::writeMsg(text.c_str()); },
+     [] {
+         std::vector<std::string> texts;
+         for (const std::string_view line : JNLManager::entries()) texts.emplace_back(line);
+         return texts;
+     },
+     [](const std::string& text) { return text + "\n"; }},
+    {"error handler", "QEL_ERRORS", &EMHManager::setOutputPath, &EMHManager::resetOutput,
+     &EMHManager::setMaxEntries, &EMHManager::clear,
+     [](const std::string& text) { EMHManager::writeMsg("F", 2102, text.c_str()); },
+     [] {
+         std::vector<std::string> texts;
+         for (const EMHManager::Entry& e : EMHManager::entries()) texts.push_back(e.detail);
+         return texts;
+     },
+     [](const std::string& text) { return "F: 2102: " + text + "\n"; }},
+};
+
+class SinkTest : public ::testing::TestWithParam<Sink> {
 protected:
-    void SetUp() override { EMHManager::clear(); }
+    void SetUp() override { GetParam().clear(); }
     void TearDown() override {
-        EMHManager::resetOutput();
-        EMHManager::setMaxEntries(0);
-        EMHManager::clear();
+        GetParam().resetOutput();
+        GetParam().setMaxEntries(0);
+        GetParam().clear();
     }
 };
+
+void PrintTo(const Sink& sink, std::ostream* out) { *out << sink.name; }
 
 } // namespace
 
@@ -117,71 +153,8 @@ TEST_F(JournalTest, FormatsMessagesOfAnyLength) {
     for (size_t i = 0; i < 4; ++i) EXPECT_EQ(JNLManager::entries()[3 + i], std::string(510 + i, 'y'));
 }
 
-TEST_F(JournalTest, CopiesEachEntryAsALineToTheChosenFile) {
-    const std::string path = tempPath("qel_journal_");
-    std::remove(path.c_str());
-    {
-        std::ofstream existing(path);
-        existing << "earlier run\n";
-    }
-    ASSERT_TRUE(JNLManager::setOutputPath(path));
-    JNLManager::beginFunction("F", "d");
-    JNLManager::writeMsgFormatted("n=%d", 3);
-    JNLManager::endFunction("F", 0);
-    JNLManager::setOutputPath("");
-    JNLManager::writeMsg("not on file");
-
-    EXPECT_EQ(readWholeFile(path), "earlier run\nBEGIN F : d\nn=3\nEND F (0)\n");
-    EXPECT_EQ(JNLManager::entries().size(), 4u);
-    std::remove(path.c_str());
-}
-
-TEST_F(JournalTest, FollowsTheEnvironmentVariableWhenReadAgain) {
-    const std::string path = tempPath("qel_journal_env_");
-    std::remove(path.c_str());
-    {
-        ScopedEnvironment journal("QEL_JOURNAL", path);
-        JNLManager::resetOutput();
-        JNLManager::writeMsg("first");
-        JNLManager::writeMsg("second");
-    }
-    // Read once: unsetting the variable later does not stop the copy.
-    JNLManager::writeMsg("third");
-    JNLManager::resetOutput();
-    EXPECT_EQ(readWholeFile(path), "first\nsecond\nthird\n");
-    std::remove(path.c_str());
-}
-
-TEST_F(JournalTest, RefusesAnOutputThatCannotBeOpened) {
-    EXPECT_FALSE(JNLManager::setOutputPath("/nonexistent-dir/journal.txt"));
-    JNLManager::writeMsg("still kept in memory");
-    EXPECT_TRUE(JNLManager::contains("still kept"));
-}
-
-TEST_F(JournalTest, DropsTheOldestHalfPastTheBound) {
-    EXPECT_EQ(JNLManager::maxEntries(), JNLManager::kDefaultMaxEntries);
-    JNLManager::setMaxEntries(10);
-    for (int i = 0; i < 10; ++i)
-        JNLManager::writeMsgFormatted("%d", i);
-    EXPECT_EQ(JNLManager::entries().size(), 10u);
-
-    JNLManager::writeMsg("10");
-    const std::vector<std::string> kept = {"6", "7", "8", "9", "10"};
-    EXPECT_EQ(JNLManager::entries(), kept);
-    // Entries written after a drop sit where the kept ones end, whatever
-    // their kind and length.
-    JNLManager::beginFunction("F", "d");
-    JNLManager::writeMsgFormatted("%s", std::string(600, 'z').c_str());
-    JNLManager::endFunction("F", -1);
-    const std::vector<std::string> after = {"6",         "7", "8", "9", "10", "BEGIN F : d", std::string(600, 'z'),
-                                            "END F (-1)"};
-    EXPECT_EQ(JNLManager::entries(), after);
-
-    JNLManager::setMaxEntries(0);
-    EXPECT_EQ(JNLManager::maxEntries(), JNLManager::kDefaultMaxEntries);
-}
-
-TEST_F(ErrorHandlerTest, RecordsFunctionCodeAndDetail) {
+TEST(ErrorHandler, RecordsFunctionCodeAndDetail) {
+    EMHManager::clear();
     EMHManager::writeMsg("QELDMToXML::writeHeader", 2103,
                          "CteQELSES_PROPERTY_IS_DESIGNTABLES_MANAGED_ASKED");
     EMHManager::writeMsg("QELDMToXML::executeForNonCatalogWorkSpace", 2104, "");
@@ -198,39 +171,64 @@ TEST_F(ErrorHandlerTest, RecordsFunctionCodeAndDetail) {
     EXPECT_TRUE(EMHManager::entries().empty());
 }
 
-TEST_F(ErrorHandlerTest, CopiesEachErrorAsALineToTheChosenFile) {
-    const std::string path = tempPath("qel_errors_");
+TEST_P(SinkTest, CopiesEachLineToTheChosenFileOrToTheEnvironmentsAppended) {
+    const Sink& sink = GetParam();
+    const std::string path = tempPath("qel_sink_");
     std::remove(path.c_str());
-    ASSERT_TRUE(EMHManager::setOutputPath(path));
-    EMHManager::writeMsg("QELXMLToDM::readOptions", 2103, "p_item");
-    EMHManager::writeMsg("QELDMToXML::execute", 2104, "");
-    EMHManager::setOutputPath("");
-
-    EXPECT_EQ(readWholeFile(path),
-              "QELXMLToDM::readOptions: 2103: p_item\nQELDMToXML::execute: 2104: \n");
-    std::remove(path.c_str());
-}
-
-TEST_F(ErrorHandlerTest, FollowsTheEnvironmentVariableWhenReadAgain) {
-    const std::string path = tempPath("qel_errors_env_");
-    std::remove(path.c_str());
+    std::ofstream(path) << "earlier run\n";
+    ASSERT_TRUE(sink.setOutputPath(path.c_str()));
+    sink.write("one");
+    EXPECT_TRUE(sink.setOutputPath("")) << "no file is a choice too";
+    sink.write("not on file");
     {
-        ScopedEnvironment errors("QEL_ERRORS", path);
-        EMHManager::resetOutput();
-        EMHManager::writeMsg("F", 2102, "getDefaultItem");
+        // Read once: unsetting the variable later does not stop the copy.
+        ScopedEnvironment variable(sink.variable, path);
+        sink.resetOutput();
+        sink.write("two");
     }
-    EMHManager::resetOutput();
-    EXPECT_EQ(readWholeFile(path), "F: 2102: getDefaultItem\n");
+    sink.write("three");
+    sink.resetOutput();
+    EXPECT_EQ(readWholeFile(path), "earlier run\n" + sink.fileLine("one") + sink.fileLine("two") +
+                                       sink.fileLine("three"));
+    EXPECT_EQ(sink.texts().size(), 4u);
     std::remove(path.c_str());
+
+    // "-" is standard error.
+    ::testing::internal::CaptureStderr();
+    EXPECT_TRUE(sink.setOutputPath("-"));
+    sink.write("to the terminal");
+    sink.resetOutput();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), sink.fileLine("to the terminal"));
+
+    EXPECT_FALSE(sink.setOutputPath("/nonexistent-dir/sink.txt"));
+    sink.write("still kept in memory");
+    EXPECT_EQ(sink.texts().back(), "still kept in memory");
 }
 
-TEST_F(ErrorHandlerTest, DropsTheOldestHalfPastTheBound) {
-    EMHManager::setMaxEntries(4);
-    for (long code = 1; code <= 5; ++code)
-        EMHManager::writeMsg("F", code, "");
-    ASSERT_EQ(EMHManager::entries().size(), 2u);
-    EXPECT_EQ(EMHManager::entries()[0].code, 4);
-    EXPECT_EQ(EMHManager::entries()[1].code, 5);
+TEST_P(SinkTest, DropsTheOldestHalfPastTheBound) {
+    const Sink& sink = GetParam();
+    sink.setMaxEntries(10);
+    for (int i = 0; i < 10; ++i) sink.write(std::to_string(i));
+    EXPECT_EQ(sink.texts().size(), 10u);
+    sink.write("10");
+    EXPECT_EQ(sink.texts(), (std::vector<std::string>{"6", "7", "8", "9", "10"}));
+    // Lines written after a drop sit where the kept ones end, whatever their length.
+    sink.write(std::string(600, 'z'));
+    sink.write("12");
+    EXPECT_EQ(sink.texts(), (std::vector<std::string>{"6", "7", "8", "9", "10", std::string(600, 'z'), "12"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(BothSinks, SinkTest, ::testing::ValuesIn(kSinks),
+                         [](const ::testing::TestParamInfo<Sink>& info) {
+                             return std::string(info.index == 0 ? "Journal" : "ErrorHandler");
+                         });
+
+TEST(JournalLimits, TheBoundFallsBackToTheDefault) {
+    EXPECT_EQ(JNLManager::maxEntries(), JNLManager::kDefaultMaxEntries);
+    JNLManager::setMaxEntries(4);
+    EXPECT_EQ(JNLManager::maxEntries(), 4u);
+    JNLManager::setMaxEntries(0);
+    EXPECT_EQ(JNLManager::maxEntries(), JNLManager::kDefaultMaxEntries);
 }
 
 // A status is read as the host's 32-bit result: E_FAIL fails whether it is

@@ -110,26 +110,6 @@ TEST(UTILLineFile, LineNumbersHoldWhileTheFileIsReadForwardFromItsStart) {
     EXPECT_EQ(1, file.lineNumber());
 }
 
-TEST(UTILLineFile, GoingBackInsideTheBlockCostsNoSystemCall) {
-    UTILLineFile file;
-    std::string line;
-    openText(file, "one\ntwo\nthree\n").readLine(line);
-    const long long second = file.tell();
-    readAll(file);
-    // The end of the file has been met, and the last block is still there.
-    ASSERT_TRUE(file.seek(second));
-    ASSERT_TRUE(file.readLine(line));
-    EXPECT_EQ("two", line);
-    EXPECT_EQ(0, file.systemSeeks());
-
-    std::string text;
-    for (int i = 0; i < 20000; ++i) text += "line " + std::to_string(i) + "\n";
-    std::vector<Line> lines = readAll(openText(file, text));
-    ASSERT_TRUE(file.seek(lines[9].next));
-    EXPECT_EQ(20000u - 10u, readAll(file).size());
-    EXPECT_EQ(1, file.systemSeeks()) << "one seek back, then forward reading again";
-}
-
 TEST(UTILLineFile, FailuresSayWhy) {
     UTILLineFile file;
     std::string error;

@@ -65,25 +65,6 @@ protected:
     SmallModel model;
 };
 
-TEST_F(ReaderDriver, ValidAnswerIsReadForwardWithoutSystemSeeks) {
-    for (bool crlf : {false, true}) {
-        SCOPED_TRACE(crlf ? "CR LF" : "LF");
-        auto reader = run(validAnswer(), crlf);
-        ASSERT_EQ(1, reader->getOccurrences().size());
-        EXPECT_EQ(model.occurrence, reader->getOccurrences()[0]);
-        EXPECT_EQ("OCC-NEW", model.occurrence->getStringProperty("Occ_UID").ToLatin1());
-        EXPECT_EQ("ROOT-ID", model.rootItem->getStringProperty("Item_ID").ToLatin1());
-        EXPECT_TRUE(model.session->getBooleanProperty("SaveDesignTables"));
-        const double* matrix = model.relative->getMatrixProperty("RelativeMatrix");
-        ASSERT_NE(nullptr, matrix);
-        EXPECT_EQ(30.0, matrix[11]);
-        EXPECT_FALSE(reportedBadAnswer());
-        // Going back to the blocks of an answer smaller than the block in
-        // memory never reaches the system.
-        EXPECT_EQ(0, Access::systemSeeks(*reader));
-    }
-}
-
 // A short list fills what it has and leaves the rest 0; past 16 numbers
 // nothing is read; a word reads as 0.
 TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
@@ -107,29 +88,6 @@ TEST_F(ReaderDriver, RelativeMatrixTakesAtMostSixteenNumbers) {
         ASSERT_EQ(c.expected.empty(), matrix == nullptr);
         for (size_t i = 0; i < c.expected.size(); ++i) EXPECT_EQ(c.expected[i], matrix[i]) << i;
     }
-}
-
-TEST_F(ReaderDriver, EntriesWithoutPointer) {
-    // No real parent: a root, which opens a workspace.
-    const int workspaces = model.session->getWorkSpaceCount();
-    run(answer(1, entry(CATProduct, leaf(Parent_ItemRev_UID, "ERROR") + leaf(File_Name, "New.CATProduct"))));
-    EXPECT_TRUE(JNLManager::contains("ERROR : p_wsp is NULL. The desc file is not correctly filled."));
-    EXPECT_EQ(workspaces + 1, model.session->getWorkSpaceCount());
-
-    // A real parent: the parent is searched, and nothing is invented.
-    JNLManager::clear();
-    auto reader = run(answer(1, entry(CATPart, leaf(Parent_ItemRev_UID, "UID-Root"))));
-    EXPECT_TRUE(JNLManager::contains("ERROR : p_abs is NULL. The desc file is not correctly filled."));
-    EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Root] and parent_item_rev_uid = [UID-Root]"));
-    EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Root]"));
-    EXPECT_EQ(0, reader->getOccurrences().size());
-
-    // Without workspaces the occurrences read so far are searched.
-    JNLManager::clear();
-    model.session->release();
-    run(answer(2, occurrenceEntry(pointerOf(model.occurrence)) + entry(CATPart, leaf(Parent_ItemRev_UID, "UID-Part"))));
-    EXPECT_TRUE(JNLManager::contains("wsp_item_rev_uid = [UID-Part] and parent_item_rev_uid = [UID-Part]"));
-    EXPECT_TRUE(JNLManager::contains("no absolute occurrence to update under parent_item_rev_uid = [UID-Part]"));
 }
 
 TEST_F(ReaderDriver, EmptySessionReadsWorkspacesAndDrawingsOnly) {
@@ -272,32 +230,6 @@ TEST(ReaderEntry, EntriesOfAnySizeFollowOneAnother) {
     }
 }
 
-TEST_F(ReaderDriver, ShapeListsAreNumberedAcrossComponents) {
-    const std::string text = count(2) + leaf(ComponentName, "A") +
-                             element(Shapes, count(2) + element(SR, "a1\na2\n") + element(SR, "b1\n")) +
-                             leaf(ComponentName, "B") +
-                             // The count promises more lists than there are.
-                             element(Shapes, count(1000000) + element(SR, "c1\n")) + "</Components>\nafter\n";
-    QELXMLToDM reader(writeAnswer("components.xml", text).c_str());
-    ASSERT_EQ(0, Access::openFile(reader));
-    TYPMapIntPVoid* components = nullptr;
-    long long pos = 0;
-    EXPECT_TRUE(Access::getValuesAndStoreForComponents(reader, 0, pos, components));
-    const std::vector<std::pair<const char*, std::vector<std::string>>> expected = {
-        {"A", {"a1", "a2"}}, {"A", {"b1"}}, {"B", {"c1"}}};
-    ASSERT_EQ(3, components->size());
-    for (int i = 0; i < 3; ++i) {
-        auto* shapes = static_cast<TYPMapCATUnicodeStringPVoid*>(components->find(i));
-        auto* list = static_cast<TYPVectorCATUnicodeString*>(shapes->find(expected[i].first));
-        ASSERT_NE(nullptr, list) << i;
-        std::vector<std::string> names;
-        for (const CATUnicodeString& name : *list) names.push_back(name.ToLatin1());
-        EXPECT_EQ(expected[i].second, names) << i;
-    }
-    EXPECT_EQ(static_cast<long long>(text.size() - 6), pos);
-    Access::freeComponentsMap(components);
-}
-
 // ---- bad answers ---------------------------------------------------------------
 
 TEST_F(ReaderDriver, BadAnswersEndWithAJournalLineOrDoNothing) {
@@ -362,27 +294,6 @@ TEST_F(ReaderDriver, BadAnswersEndWithAJournalLineOrDoNothing) {
         }
     }
     EXPECT_EQ(high, model.occurrence->getStringProperty("Occ_UID").ToLatin1());
-}
-
-TEST_F(ReaderDriver, EveryTruncationOfAValidAnswerIsReadSafely) {
-    const std::string valid = validAnswer();
-    const auto after = [&valid](const std::string& line) { return valid.rfind(line) + line.size(); };
-    const size_t counted = valid.find("</NBElements>\n") + 14; // the header's count is known
-    const size_t applied = after("</Item_Info>\n");          // the last entry has all its values
-    const size_t complete = after("</CATPart>\n");
-    const auto begin = std::chrono::steady_clock::now();
-    for (size_t cut = 0; cut < valid.size(); ++cut) {
-        // At every line end, and one character into every line.
-        if (!(cut > 0 && valid[cut - 1] == '\n') && !(cut > 1 && valid[cut - 2] == '\n')) continue;
-        SCOPED_TRACE(cut);
-        JNLManager::clear();
-        auto reader = run(valid.substr(0, cut));
-        EXPECT_EQ(cut >= applied ? 1 : 0, reader->getOccurrences().size());
-        if (cut >= counted) {
-            EXPECT_EQ(cut < complete, reportedBadAnswer());
-        }
-    }
-    EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count(), 20.0);
 }
 
 // Every answer one line short or one line long: deleting or repeating any

@@ -35,56 +35,6 @@ protected:
     }
 };
 
-TEST_F(ReaderFiles, ExternalListsShareOneCursorOverTheSessionDocuments) {
-    const struct {
-        const char* what;
-        std::string lists;
-        const char* renamedA;
-        const char* renamedB;
-    } cases[] = {
-        {"session order", attribut("a.txt", "A.txt") + attribut("b.txt", "B.txt"), "A.txt", "B.txt"},
-        // The cursor stands after b: a is not found any more.
-        {"reverse order", attribut("b.txt", "B.txt") + attribut("a.txt", "A.txt"), "", "B.txt"},
-        // The primary document is passed over; the next one with the name is renamed.
-        {"primary first", attribut("p.txt", "P.txt"), "", ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        TearDown();
-        QELDocument* primary = external("p", "p.txt", true);
-        QELDocument* a = external("a", "a.txt");
-        QELDocument* b = external("b", "b.txt");
-        QELDocument* other = external("o", "p.txt");
-        readExternals(count(2) + c.lists);
-        EXPECT_EQ(c.renamedA, text(a->getStringProperty("New_File_name")));
-        EXPECT_EQ(c.renamedB, text(b->getStringProperty("New_File_name")));
-        EXPECT_FALSE(primary->isPropertyExist("New_File_name"));
-        EXPECT_EQ(std::string(c.what) == "primary first" ? "P.txt" : "", text(other->getStringProperty("New_File_name")));
-    }
-    EXPECT_TRUE(JNLManager::contains("New File name of [p.txt] is [P.txt]."));
-}
-
-// One reader answers many entries: the documents it searches follow the
-// session, including old names set and documents added after its first search.
-TEST_F(ReaderFiles, ExternalSearchFollowsTheSessionDuringOneReading) {
-    external("a", "a.txt");
-    QELDocument* b = external("b", "b.txt");
-    LoadedEntry entry(
-        "externals_follow.xml",
-        leaf(QELElement::Old_File_Name, "b2.txt") +
-            element(QELElement::Externals, count(2) + attribut("b2.txt", "B2.txt") + attribut("d.txt", "D.txt")));
-    QELSession* session = QELSession::getInstance();
-    EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), session, entry.map()));
-    EXPECT_FALSE(b->isPropertyExist("New_File_name"));
-
-    QELDocument* d = external("d", "d.txt");
-    Access::updatePropertyDT(entry.reader(), b, entry.map());
-    ASSERT_EQ("b2.txt", text(b->getStringProperty("Doc_Old_File_Name")));
-    EXPECT_EQ(0, Access::readAndUpdateExternalFiles(entry.reader(), session, entry.map()));
-    EXPECT_EQ("B2.txt", text(b->getStringProperty("New_File_name")));
-    EXPECT_EQ("D.txt", text(d->getStringProperty("New_File_name")));
-}
-
 TEST_F(ReaderFiles, ExternalBlockDefectsEndWithAJournalLine) {
     QELDocument* a = external("a", "a.txt");
     {
@@ -141,22 +91,6 @@ protected:
     CV5CAAQELPly* ply1 = nullptr;
     CV5CAAQELPly* ply2 = nullptr;
 };
-
-TEST_F(ReaderComposites, MatchedPliesTakeTheirNonEmptyNewFileNames) {
-    // An unmatched stacking is read through; names compare without letter
-    // case; an empty 3D line leaves the 3D name alone.
-    const std::string block = open("Nowhere") + ply("Ply.1", "wrong.igs", "wrong.dxf") + close() +
-                              open("Stacking.1") + ply("Ply.1", "P1.igs", "P1.dxf") + ply("PLY.2", "", "P2.dxf") +
-                              close() + "</PartComposites>\n";
-    for (bool crlf : {false, true}) {
-        EXPECT_EQ(0, readComposites(block, crlf));
-        EXPECT_EQ("P1.igs", text(ply1->get3DRepresentationNewFileName()));
-        EXPECT_EQ("P1.dxf", text(ply1->get2DRepresentationNewFileName()));
-        EXPECT_EQ("", text(ply2->get3DRepresentationNewFileName()));
-        EXPECT_EQ("P2.dxf", text(ply2->get2DRepresentationNewFileName()));
-    }
-    EXPECT_FALSE(JNLManager::contains("is missing in Desc"));
-}
 
 TEST_F(ReaderComposites, MissingClosingLinesAreReportedAndTheRestStillRead) {
     const std::string plies = ply("Ply.1", "P1.igs", "P1.dxf") + ply("Ply.2", "P2.igs", "P2.dxf");

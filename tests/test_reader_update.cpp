@@ -123,14 +123,6 @@ TEST_F(ReaderUpdate, KeysReachTheirOwnersUnlessBrokenOrForeign) {
     }
 }
 
-TEST_F(ReaderUpdate, UpdateFlagIsTakenOncePerDocument) {
-    auto* second = QELModelHeap::adopt(new CV5CAAQELAbsoluteOccurrence("OCC-2", "Part.2", m.workspace));
-    second->linkItem(m.partItem);
-    update(m.occurrence, leaf(Update_Flag, "3"));
-    update(second, leaf(Update_Flag, "5"));
-    EXPECT_EQ(3, m.partDocument->getIntegerProperty("Update_Flag"));
-}
-
 TEST_F(ReaderUpdate, CheckActionOnlyInSavesAndOnlyWhileUnset) {
     struct Case {
         void (*command)(bool);
@@ -149,20 +141,6 @@ TEST_F(ReaderUpdate, CheckActionOnlyInSavesAndOnlyWhileUnset) {
         if (c.before != -1) m.partDocument->addIntegerProperty("Check_Action", c.before);
         update(m.occurrence, leaf(Check_Action, "7"));
         EXPECT_EQ(c.after, m.partDocument->getIntegerProperty("Check_Action"));
-    }
-}
-
-TEST_F(ReaderUpdate, CatalogCompIsAPrefixTestOfType) {
-    const std::pair<std::string, bool> cases[] = {
-        {leaf(Type, "CatalogComp"), true},   {leaf(Type, "CatalogCompFastener"), true},
-        {leaf(Type, "CatalogCom"), false},   {leaf(Type, "catalogcomp"), false},
-        {leaf(Type, "XCatalogComp"), false}, {leaf(Nomenclature, "no Type"), false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.first);
-        m.partItem->addBooleanProperty("CatalogComp", true);
-        update(m.occurrence, c.first);
-        EXPECT_EQ(c.second, m.partItem->getBooleanProperty("CatalogComp"));
     }
 }
 
@@ -248,22 +226,6 @@ TEST_F(ReaderUpdate, ShapeListsAreReadInOverlappingGroupsOfSix) {
     EXPECT_EQ("NR-1", text(simplified->getStringProperty("DST_UID")));
 }
 
-TEST_F(ReaderUpdate, ComponentShapesAreFoundByComponentName) {
-    auto* bracket = QELModelHeap::adopt(new CV5CAAQELAbsoluteOccurrence("OCC-B", "Bracket.1", m.occurrence));
-    bracket->addStringProperty("ComponentName", "Bracket");
-    QELDocument* shape = bracket->addComponentShapeRepresentation("Simplified", "bracket.cgr");
-    m.partDocument->linkComponentAbsoluteOccurrence(bracket);
-    const std::string shapes =
-        element(Shapes, count(1) + element(SR, lines({"", "bracket_v2.cgr", "Simplified", "DST-B", "NR", "false"})));
-    update(m.occurrence, element(Components, count(2) + leaf(ComponentName, "Bracket") + shapes +
-                                                 leaf(ComponentName, "Unknown") + shapes));
-    std::unique_ptr<TYPVectorPQELLink> links(bracket->getLinkedComponentShapeRepresentations());
-    ASSERT_NE(nullptr, links);
-    EXPECT_EQ("bracket_v2.cgr", text((*links)[0]->getStringProperty("ShortFileName")));
-    EXPECT_EQ("DST-B", text(shape->getStringProperty("DST_UID")));
-    EXPECT_TRUE(JNLManager::contains("component [Unknown] not found"));
-}
-
 TEST_F(ReaderUpdate, ActiveShapesAreReadInPairsInTheSynchronizeCommand) {
     // NBElements 3 reads one pair.
     const std::string block =
@@ -294,19 +256,6 @@ TEST_F(ReaderUpdate, AnalysisFilesArePairedOnlyWhenTheCountsAgree) {
     EXPECT_EQ((std::vector<std::string>{"/r/a.res", "A.res", "/r/b.res", "B.res"}),
               strings(m.occurrence->getDynamicProperty("FinalAnalysisResultsFiles")));
     EXPECT_EQ(nullptr, m.occurrence->getDynamicProperty("FinalAnalysisComputeFiles"));
-}
-
-TEST_F(ReaderUpdate, DesignTableFilesFollowTheDesignTableLinks) {
-    std::vector<QELDocument*> tables;
-    for (const char* name : {"Sizes.xls", "Options.xls"}) {
-        tables.push_back(m.partDocument->addDesignTable(name, name));
-        tables.back()->setType(EnumDocumentType_DesignTable);
-        m.partDocument->addGRMDocumentLink("catdesigntable", tables.back());
-    }
-    update(m.occurrence, element(DesignTable_File, count(2) + leaf(Attribut, "S.xls") + leaf(Attribut, "O.xls")));
-    EXPECT_EQ("S.xls", text(tables[0]->getStringProperty("ShortFileName")));
-    EXPECT_EQ("S.xls", text(fileOf(tables[0])->getStringProperty("File_Name")));
-    EXPECT_EQ("O.xls", text(tables[1]->getStringProperty("ShortFileName")));
 }
 
 TEST_F(ReaderUpdate, BadBlocksEndWithAJournalLine) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <regex>
 
 #include "QELComponent.h"
@@ -32,33 +34,9 @@ public:
     static OpenSession* get() { return static_cast<OpenSession*>(QELSession::getInstance()); }
 };
 
-class SessionTest : public ::testing::Test {
-protected:
-    void TearDown() override { QELSession::freeModel(); }
-};
+using SessionTest = qeltest::CleanSessionTest;
 
 } // namespace
-
-TEST(QELSession, HashCodeIsThirtyOneBasedOverSignedBytes) {
-    EXPECT_EQ(OpenSession::hashCode("a"), 97);
-    EXPECT_EQ(OpenSession::hashCode("ab"), 3105);
-    EXPECT_EQ(OpenSession::hashCode("\xE9"), -23);
-    EXPECT_EQ(OpenSession::hashCode(""), 0);
-    EXPECT_EQ(OpenSession::hashCode(nullptr), 0);
-    // Wraps in 32 bits, as Java's String.hashCode does.
-    EXPECT_EQ(OpenSession::hashCode("polygenelubricants"), static_cast<int>(0x80000000u));
-}
-
-TEST_F(SessionTest, SingletonIsLazyAndRemoveGivesAFreshOne) {
-    QELSession* s = QELSession::getInstance();
-    EXPECT_EQ(s, QELSession::getInstance());
-    EXPECT_EQ(s->get_ClassName(), CATUnicodeString("QELSESSION_CLASSNAME"));
-    s->addStringProperty("k", "v");
-    QELSession::removeInstance();
-    QELSession::removeInstance();
-    EXPECT_EQ(QELSession::getInstance()->getStringProperty("k"), CATUnicodeString(""));
-    EXPECT_EQ(QELSession::getInstance()->getIntegerProperty("k"), -1);
-}
 
 TEST_F(SessionTest, RegistryFindsByClassAndByNameInClassOrder) {
     OpenSession* s = OpenSession::get();
@@ -99,31 +77,6 @@ TEST_F(SessionTest, SessionValuesAndDynamicPropertiesKeepExistingKeys) {
     EXPECT_EQ((*s->getDynamicProperty("d"))[1], CATUnicodeString("first"));
 }
 
-TEST_F(SessionTest, PrintListsEveryRegisteredComponent) {
-    OpenSession* s = OpenSession::get();
-    Node doc("QELDOCUMENT_CLASSNAME", "d1");
-    s->addComponent(&doc, "QELDOCUMENT_CLASSNAME");
-    EXPECT_EQ(std::string(s->print(0).ConvertToChar()),
-              "QELSESSION_CLASSNAME\n\t---- SESSION / QELDOCUMENT_CLASSNAME ---> d1\n");
-    std::regex style1("\t\t<Class Id=\"QELSESSION_CLASSNAME\" Name=\"QELSESSION_CLASSNAME\">\n"
-                      "\t\t\t<ModelChildren>\n\t\t\t</ModelChildren>\n\t\t</Class>\n"
-                      "\t\t<Usage From=\"QELSESSION_CLASSNAME\" Id=\"[0-9a-f-]{36}\" "
-                      "Name=\"SESSION / QELDOCUMENT_CLASSNAME\" To=\"QELDOCUMENT_CLASSNAMEd1\" />\n");
-    std::string out = s->print(1).ConvertToChar();
-    EXPECT_TRUE(std::regex_match(out, style1)) << out;
-    EXPECT_EQ(std::string(s->print(3).ConvertToChar()), "unknown styleunknown style");
-}
-
-TEST_F(SessionTest, ReleaseForgetsComponentsWithoutFreeingThem) {
-    OpenSession* s = OpenSession::get();
-    Node doc("QELDOCUMENT_CLASSNAME", "d1");
-    doc.addStringProperty("alive", "yes");
-    s->addComponent(&doc, "QELDOCUMENT_CLASSNAME");
-    s->release();
-    EXPECT_EQ(s->getComponent("d1"), nullptr);
-    EXPECT_EQ(doc.getStringProperty("alive"), CATUnicodeString("yes"));
-}
-
 TEST_F(SessionTest, HandlesResolveLiveComponentsOnly) {
     uint64_t handle;
     {
@@ -133,6 +86,10 @@ TEST_F(SessionTest, HandlesResolveLiveComponentsOnly) {
         ASSERT_EQ(token.size(), 16u);
         EXPECT_EQ(QELHandleTable::resolve(token), &doc);
         EXPECT_EQ(QELHandleTable::resolve(" 0x" + token + "\r"), &doc);
+        EXPECT_EQ(QELHandleTable::resolve("0X" + token), &doc);
+        // Only "0x" is a prefix: two other characters make a token too long.
+        EXPECT_EQ(QELHandleTable::resolve("1x" + token), nullptr);
+        EXPECT_EQ(QELHandleTable::resolve("0y" + token), nullptr);
         std::string lower = token;
         for (auto& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
         EXPECT_EQ(QELHandleTable::resolve(lower), &doc);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "CleanSessionTest.h"
+
 #include <string>
 #include <vector>
 
@@ -80,15 +82,7 @@ const std::vector<Text>& allTexts() {
 #undef QEL_FLAG
 #undef QEL_TEXT
 
-class SettingsTest : public ::testing::Test {
-protected:
-    void SetUp() override { resetAll(); }
-    void TearDown() override { resetAll(); }
-    static void resetAll() {
-        PROCManager::reset();
-        ENVManager::reset();
-    }
-};
+using SettingsTest = qeltest::CleanSessionTest;
 
 } // namespace
 

@@ -81,19 +81,6 @@ TEST_F(UuidTest, HasTheVersion4FormAndNeverRepeats) {
     EXPECT_EQ(seen.size(), 10000u);
 }
 
-TEST_F(UuidTest, SeedingRepeatsTheSequence) {
-    UTILString::setUuidSeed(42);
-    std::vector<CATUnicodeString> first;
-    for (int i = 0; i < 5; ++i)
-        first.push_back(UTILString::genUuid());
-    UTILString::setUuidSeed(42);
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(UTILString::genUuid(), first[i]) << i;
-
-    UTILString::setUuidSeed(43);
-    EXPECT_NE(UTILString::genUuid(), first[0]);
-}
-
 TEST(UtilStringSplit, CutsAtEverySeparatorAndKeepsEmptyPieces) {
     using V = std::vector<std::string>;
     EXPECT_EQ(piecesOf("a/b/c", "/"), (V{"a", "b", "c"}));

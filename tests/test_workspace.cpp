@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "CpuClock.h"
-
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -20,17 +17,6 @@
 #include "QELLinkType.h"
 #include "QELSession.h"
 #include "QELWorkSpace.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define QEL_TEST_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define QEL_TEST_SANITIZED 1
-#endif
-#endif
-#ifndef QEL_TEST_SANITIZED
-#define QEL_TEST_SANITIZED 0
-#endif
 
 namespace {
 
@@ -109,12 +95,6 @@ protected:
     QELWorkSpace ws;
 };
 
-std::string captureDescription(const QELWorkSpace& ws) {
-    ::testing::internal::CaptureStdout();
-    ws.describeComponents();
-    return ::testing::internal::GetCapturedStdout();
-}
-
 } // namespace
 
 // ---- state -------------------------------------------------------------------
@@ -144,45 +124,6 @@ TEST_F(WorkSpaceTest, ConfigurationAccumulatesOverCalls) {
         got.push_back(text(s));
     EXPECT_EQ((std::vector<std::string>{"Rule=Latest", "Effectivity=2024", "Variant=A", "Unit=mm"}),
               got);
-}
-
-TEST_F(WorkSpaceTest, FlagAndLinkKindsStartUnset) {
-    EXPECT_FALSE(ws.isActiveWorkspace());
-    ws.setActiveWorkspace(1);
-    EXPECT_TRUE(ws.isActiveWorkspace());
-    // The flag is a member, not a property.
-    EXPECT_EQ(0, ws.getPropertiesCount());
-
-    EXPECT_EQ("unknown", text(ws.getDocFileLinkType()));
-    EXPECT_EQ("", text(ws.getItemDocLinkType()));
-    ws.setDocFileLinkType(EnumDocumentType_Product);
-    ws.setItemDocLinkType("catproduct_ref");
-    EXPECT_EQ("catproduct", text(ws.getDocFileLinkType()));
-    EXPECT_EQ(1, ws.getIntegerProperty("QELWORKSPACE_PROPERTY_DOCFILE_LINK"));
-    EXPECT_EQ("catproduct_ref", text(ws.getItemDocLinkType()));
-}
-
-TEST_F(WorkSpaceTest, RootDocumentItemAndFileAreTheFirstFiled) {
-    EXPECT_EQ(nullptr, ws.getLinkedDocument());
-    EXPECT_EQ(nullptr, ws.getItem());
-    EXPECT_EQ(nullptr, ws.getFile());
-
-    QELDocument root("Root.CATProduct", EnumDocumentType_Product);
-    QELDocument other("Other.CATPart", EnumDocumentType_Part);
-    ws.linkDocument(&root);
-    ws.linkDocument(&other);
-    EXPECT_EQ(&root, ws.getLinkedDocument());
-    // A file under another reference name is not the root document's own.
-    root.createFile("catpart", "Root.CATPart");
-    EXPECT_EQ(nullptr, ws.getFile());
-    QELFile* file = root.createFile("catproduct", "Root.CATProduct");
-    EXPECT_EQ(file, ws.getFile());
-
-    QELItem rootItem("RootItem");
-    QELItem otherItem("OtherItem");
-    ws.linkItem(&rootItem);
-    ws.linkItem(&otherItem);
-    EXPECT_EQ(&rootItem, ws.getItem());
 }
 
 // ---- occurrences ---------------------------------------------------------------
@@ -375,141 +316,3 @@ TEST_F(WorkSpaceTest, PointedItemsListPrimariesOfAnItemLinkAndStopAtADocumentWit
 
 // ---- dump ----------------------------------------------------------------------
 
-TEST_F(WorkSpaceTest, DescribePrintsEveryLevelAtTheFirstIndent) {
-    EXPECT_EQ(" WORKSPACE\n     |    \n", captureDescription(ws));
-
-    QELAbsoluteOccurrence* second = addTop("Second", 1);
-    QELAbsoluteOccurrence* first = addTop("First", 0);
-    QELAbsoluteOccurrence* child = addChild(first, "Child");
-    addChild(child, "Leaf");
-    addChild(second, "Other");
-    EXPECT_EQ(" WORKSPACE\n"
-              "     |    \n"
-              "     |-----ABS [First]\n"
-              "     |-----ABS [First+++Child]\n"
-              "     |-----ABS [First+++Child+++Leaf]\n"
-              "     |-----ABS [Second]\n"
-              "     |-----ABS [Second+++Other]\n",
-              captureDescription(ws));
-
-    ::testing::internal::CaptureStdout();
-    ws.describeSubLevels(child, 3);
-    EXPECT_EQ("                        "
-              "     |-----ABS [First+++Child]\n"
-              "                        "
-              "     |-----ABS [First+++Child+++Leaf]\n",
-              ::testing::internal::GetCapturedStdout());
-}
-
-// ---- scale ---------------------------------------------------------------------
-
-namespace {
-
-// A workspace of `count` occurrences: top-level products of ten parts each,
-// every product with its own item and document, the parts sharing a few
-// items; each part has a view in its product.
-struct LargeModel {
-    QELWorkSpace ws;
-    QELItem rootItem{"Root"};
-    Owned owned;
-    std::vector<QELAbsoluteOccurrence*> occurrences;
-
-    // `prefix` keeps the names of two models apart in the session.
-    LargeModel(int count, const std::string& prefix) {
-        ws.linkItem(&rootItem);
-        std::vector<QELItem*> partItems;
-        for (int i = 0; i < 8; ++i) {
-            auto* item = owned.make<QELItem>(
-                CATUnicodeString((prefix + "Part" + std::to_string(i)).c_str()));
-            item->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Part,
-                                 (prefix + "Part" + std::to_string(i) + ".CATPart").c_str());
-            partItems.push_back(item);
-        }
-        occurrences.reserve(static_cast<size_t>(count));
-        for (int p = 0; static_cast<int>(occurrences.size()) < count; ++p) {
-            std::string name = prefix + "P" + std::to_string(p);
-            auto* item = owned.make<QELItem>(CATUnicodeString(("I" + name).c_str()));
-            item->createDocument(QELLinkType::LINKNAME_CHILD, EnumDocumentType_Product, (name + ".CATProduct").c_str());
-            auto* product = owned.make<QELAbsoluteOccurrence>(CATUnicodeString(name.c_str()),
-                                                              CATUnicodeString(name.c_str()), &ws);
-            product->addIntegerProperty("IndiceOfAbsolute", count - p);
-            product->linkWorkSpace(&ws);
-            product->linkItem(item);
-            ws.linkAbsoluteOccurrence(product);
-            occurrences.push_back(product);
-            for (int c = 0; c < 9 && static_cast<int>(occurrences.size()) < count; ++c) {
-                std::string child = "C" + std::to_string(c);
-                auto* part = owned.make<QELAbsoluteOccurrence>(
-                    CATUnicodeString(child.c_str()), CATUnicodeString(child.c_str()), product);
-                part->linkItem(partItems[static_cast<size_t>(c % 8)]);
-                ws.linkAbsoluteOccurrence(part);
-                auto* view =
-                    owned.make<QELAbsoluteView>(CATUnicodeString((child + "+++I" + name).c_str()));
-                item->linkAbsoluteView(view);
-                occurrences.push_back(part);
-            }
-        }
-    }
-};
-
-// The best of `runs` runs, in seconds, of the three traversals: the best
-// run is the one least disturbed by whatever else the machine does.
-double traversalSeconds(const LargeModel& model, int runs) {
-    double best = 1e30;
-    for (int run = 0; run < runs; ++run) {
-        // Every getAllAbsViews journals four lines; a journal grown over
-        // runs would be timed as well.
-        JNLManager::clear();
-        double start = cpuSeconds();
-        delete model.ws.getFirstLevelAbsoluteOccurrences();
-        delete model.ws.getWorkspaceDocuments();
-        size_t views = 0;
-        for (const QELAbsoluteOccurrence* occ : model.occurrences) {
-            TYPVectorPQELComponent* found = nullptr;
-            occ->getAllAbsViews(found);
-            views += found ? static_cast<size_t>(found->size()) : 0;
-            delete found;
-        }
-        best = std::min(best, cpuSeconds() - start);
-        EXPECT_EQ(model.occurrences.size() * 9 / 10, views);
-    }
-    return best;
-}
-
-} // namespace
-
-TEST_F(WorkSpaceTest, TraversalsScaleLinearlyWithTheModel) {
-#if QEL_TEST_SANITIZED
-    const int smallCount = 2000;
-    const int largeCount = 20000;
-#else
-    const int smallCount = 10000;
-    const int largeCount = 100000;
-#endif
-    LargeModel small(smallCount, "s");
-    TYPVectorPQELAbsoluteOccurrence* first = small.ws.getFirstLevelAbsoluteOccurrences();
-    ASSERT_EQ(smallCount / 10, first->size());
-    // Ascending index: the last product made comes first.
-    EXPECT_EQ(small.occurrences[static_cast<size_t>(smallCount - 10)], (*first)[0]);
-    delete first;
-    TYPMapCATUnicodeStringPVoid* docs = small.ws.getWorkspaceDocuments();
-    EXPECT_EQ(smallCount / 10 + 8, docs->size());
-    delete docs;
-
-    // Both sizes are timed in turn, so that a busy spell of the machine
-    // weighs on both alike.
-    LargeModel large(largeCount, "l");
-    double smallTime = 1e30;
-    double largeTime = 1e30;
-    for (int round = 0; round < 4; ++round) {
-        smallTime = std::min(smallTime, traversalSeconds(small, 3));
-        largeTime = std::min(largeTime, traversalSeconds(large, 1));
-    }
-    JNLManager::clear();
-    std::printf("[ traversals ] %d occurrences: %.4f s, %d occurrences: %.4f s\n", smallCount,
-                smallTime, largeCount, largeTime);
-    // Ten times the occurrences: the small model stays in the caches and the
-    // large one does not, which alone makes it 13 to 17 times as long on the
-    // build machine; a scan per occurrence would make it 100 times.
-    EXPECT_LT(largeTime, 30 * smallTime + 0.005);
-}

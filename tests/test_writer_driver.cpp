@@ -28,7 +28,7 @@ namespace {
 class WriterDriverTest : public writertest::WriterTest {
 public:
     void SetUp() override {
-        WriterTest::SetUp();
+        writertest::WriterTest::SetUp();
         // Save phase 1: every node handed to writeDesc gets a block that
         // starts with its POINTER_ADDRESS.
         PROCManager::setIsCommandSave(true);
@@ -82,34 +82,6 @@ using Names = std::vector<std::string>;
 
 // ---- the ordinary traversal ---------------------------------------------------
 
-TEST_F(WriterDriverTest, CurrentWorkspaceDepthFirstThenPassivesByIndexThenDesignTables) {
-    QELWorkSpace* ws = workspace("Root", true);
-    QELAbsoluteOccurrence* a = occurrence(ws, ws, "A", 2);
-    occurrence(ws, ws, "B", 0);
-    occurrence(ws, ws, "C", 1);
-    QELAbsoluteOccurrence* a1 = occurrence(ws, a, "A1", 3);
-    occurrence(ws, a, "A2", 1);
-    occurrence(ws, a, "A3", 2);
-    occurrence(ws, a1, "A1a", 0);
-    QELWorkSpace* late = workspace("Late", false, 2);
-    occurrence(late, late, "LateOcc", 0);
-    QELWorkSpace* early = workspace("Early", false, 1);
-    occurrence(early, early, "EarlyOcc", 0);
-    workspace("Hidden", false, 3)->addBooleanProperty("IsVisible", false);
-    auto* shown = m.documentOf(m.item("Sizes", EnumDocumentType_DesignTable));
-    shown->setDesignTableVisibility(1);
-    label(shown, "Sizes");
-    m.documentOf(m.item("Options", EnumDocumentType_DesignTable))->setDesignTableVisibility(0);
-
-    auto out = run(m.session());
-
-    EXPECT_EQ(blocks(out), Names({"Root", "B", "C", "A", "A2", "A3", "A1", "A1a", "Early", "EarlyOcc", "Late",
-                                  "LateOcc", "Sizes"}));
-    EXPECT_EQ(announced(out), 13);
-    EXPECT_EQ(out.back(), "</DESCFILE>");
-    EXPECT_EQ(codesReported(), std::vector<long>{2103}); // only the design-table question, never asked
-}
-
 TEST_F(WriterDriverTest, DeliberateCountMismatchesAreReported) {
     struct Case {
         const char* what;
@@ -157,45 +129,6 @@ TEST_F(WriterDriverTest, DeliberateCountMismatchesAreReported) {
     }
 }
 
-TEST_F(WriterDriverTest, WorkspaceCounts) {
-    QELWorkSpace* bare = m.workspace("Bare", false);
-    QELWorkSpace* tree = m.workspace("Tree", false);
-    QELAbsoluteOccurrence* top = m.occurrence(tree, tree, "Top", 0);
-    m.occurrence(tree, top, "Under", 0)->addBooleanProperty("IsBrokenIcon", true);
-    QELAbsoluteOccurrence* ignored = m.occurrence(tree, tree, "Ignored", 1);
-    ignored->addBooleanProperty("IsAnIgnoreNode", true);
-    m.occurrence(tree, ignored, "BelowIgnored", 0);
-    QELWorkSpace* invisible = m.workspace("Invisible", false);
-    invisible->addBooleanProperty("IsVisible", false);
-    QELWorkSpace* ignoredWs = m.workspace("IgnoredWs", false);
-    ignoredWs->addBooleanProperty("IsAnIgnoreNode", true);
-
-    QELDMToXML w(writertest::tempPath("counts.xml").c_str());
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, nullptr), 0);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, bare), 1);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, invisible), 0);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, ignoredWs), 0);
-    // Each occurrence counts by itself: the child of an ignored node counts.
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, tree), 4);
-    PROCManager::setManageInvisibleBrokenIcon(true);
-    EXPECT_EQ(Access::numberOfObjectsInWsp(w, tree), 3);
-}
-
-TEST_F(WriterDriverTest, SynchronizeActiveShapesLeavesPassivesAndDesignTablesOut) {
-    PROCManager::reset();
-    PROCManager::setIsCommandSynchronizeActiveShapes(true);
-    QELWorkSpace* ws = workspace("Root", true);
-    occurrence(ws, ws, "A", 0);
-    QELWorkSpace* passive = workspace("Passive", false, 1);
-    occurrence(passive, passive, "P", 0);
-    m.documentOf(m.item("Sizes", EnumDocumentType_DesignTable))->setDesignTableVisibility(1);
-
-    auto out = run(m.session());
-    EXPECT_EQ(blocks(out), Names({"Root", "A"}));
-    EXPECT_EQ(announced(out), 2);
-    EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
-}
-
 TEST_F(WriterDriverTest, StateDetailsFactoryCountsEachSecondaryDocument) {
     PROCManager::reset();
     PROCManager::setIsProcessStateDetailsFactory(true);
@@ -212,25 +145,6 @@ TEST_F(WriterDriverTest, StateDetailsFactoryCountsEachSecondaryDocument) {
     EXPECT_EQ(announced(out), 3);
     EXPECT_EQ(blocks(out), Names({"Root", "Mesh.model", "Loads.model"}));
     EXPECT_FALSE(countMismatchReported("QELDMToXML::executeForNonCatalogWorkSpace"));
-}
-
-TEST_F(WriterDriverTest, ChildrenAreOrderedByIndex) {
-    QELWorkSpace* ws = m.workspace("Root", true);
-    QELAbsoluteOccurrence* parent = m.occurrence(ws, ws, "Parent", 0);
-    QELAbsoluteOccurrence* three = m.occurrence(ws, parent, "Three", 3);
-    QELAbsoluteOccurrence* one = m.occurrence(ws, parent, "One", 1);
-    QELAbsoluteOccurrence* two = m.occurrence(ws, parent, "Two", 2);
-    std::unique_ptr<TYPVectorPQELAbsoluteOccurrence> ordered(Access::orderedChildren(parent));
-    ASSERT_TRUE(ordered);
-    EXPECT_EQ(ordered->items(), std::vector<QELAbsoluteOccurrence*>({one, two, three}));
-    EXPECT_EQ(Access::orderedChildren(one), nullptr);
-    EXPECT_EQ(Access::orderedChildren(nullptr), nullptr);
-
-    // Two children under one index: the first filed comes twice, the other
-    // not at all.
-    two->addIntegerProperty("IndiceOfAbsolute", 3);
-    ordered.reset(Access::orderedChildren(parent));
-    EXPECT_EQ(ordered->items(), std::vector<QELAbsoluteOccurrence*>({one, three, three}));
 }
 
 // ---- walks that must not fail on odd models --------------------------------------
@@ -332,114 +246,6 @@ TEST_F(WriterDriverTest, EmptyItemListGivesAnEmptyFile) {
     EXPECT_EQ(info.st_size, 0);
     EXPECT_EQ(result, 0);
     std::remove(path.c_str());
-}
-
-TEST_F(WriterDriverTest, StatusWindowListOneDocBlockPerItem) {
-    CV5CAAQELItem* full = m.item("Full");
-    auto* fullDoc = m.documentOf(full);
-    fullDoc->setDocumentUID("DST-1");
-    fullDoc->setNamedRefUID("NR-1");
-    CV5CAAQELItem* noNamedRef = m.item("NoRef");
-    m.documentOf(noNamedRef)->setDocumentUID("DST-2");
-    auto* withoutDocument = QELModelHeap::adopt(new CV5CAAQELItem("Lonely"));
-    auto* plain = QELModelHeap::adopt(new QELItem("Plain"));
-    TYPVectorPQELItem items;
-    for (QELItem* item : {static_cast<QELItem*>(full), static_cast<QELItem*>(nullptr),
-                          static_cast<QELItem*>(noNamedRef), static_cast<QELItem*>(withoutDocument), plain})
-        items.push_back(item);
-
-    auto out = describe([&](QELDMToXML& w) { EXPECT_EQ(w.execute(&items), 0); });
-    EXPECT_EQ(out, lines({"<doc>", "<filename>", "Full.CATPart", "</filename>", "<revuid>", "Full", "</revuid>",
-                          "<dstuid>", "DST-1", "</dstuid>", "<namedrefuid>", "NR-1", "</namedrefuid>", "</doc>",
-                          "<doc>", "<filename>", "NoRef.CATPart", "</filename>", "<revuid>", "NoRef", "</revuid>",
-                          "<dstuid>", "DST-2", "</dstuid>", "</doc>",
-                          "<doc>", "<revuid>", "Lonely", "</revuid>", "</doc>",
-                          "<doc>", "<revuid>", "Plain", "</revuid>", "</doc>"}));
-    EXPECT_TRUE(JNLManager::contains("BEGIN QELDMToXML::execute"));
-}
-
-TEST_F(WriterDriverTest, CatalogBrowserListOneDocBlockPerDocument) {
-    auto* document = m.documentOf(m.item("Screw"));
-    document->setDocumentUID("DST-S");
-    auto* plain = QELModelHeap::adopt(new QELDocument("Plain.CATPart", EnumDocumentType_Part));
-    TYPVectorPQELDocument documents;
-    documents.push_back(document);
-    documents.push_back(nullptr);
-    documents.push_back(plain);
-    auto out = describe([&](QELDMToXML& w) { EXPECT_EQ(w.writeDocumentsForCatalogBrowser(&documents), 0); });
-    EXPECT_EQ(out, lines({"<doc>", "<filename>", "Screw.CATPart", "</filename>", "<revuid>", "Screw", "</revuid>",
-                          "<dstuid>", "DST-S", "</dstuid>", "</doc>", "<doc>", "</doc>"}));
-    EXPECT_TRUE(describe([](QELDMToXML& w) { w.writeDocumentsForCatalogBrowser(nullptr); }).empty());
-}
-
-// ---- helpers of the content writers ----------------------------------------------
-
-TEST_F(WriterDriverTest, MergeAddsSecondariesByNameIgnoringCase) {
-    auto* primary = QELModelHeap::adopt(new QELDocument("P"));
-    auto doc = [](const char* name) { return QELModelHeap::adopt(new QELDocument(name)); };
-    auto link = [&](QELComponent* secondary) {
-        return QELModelHeap::adopt(new QELLink(19, "L", primary, secondary));
-    };
-    QELLink* bolt = link(doc("Bolt"));
-    QELLink* boltUpper = link(doc("BOLT"));
-    QELLink* nut = link(doc("Nut"));
-    QELLink* nutAgain = link(doc("nut"));
-    QELLink* orphan = link(nullptr);
-    QELLink* washer = link(doc("Washer"));
-
-    auto* into = new TYPVectorPQELLink();
-    std::unique_ptr<TYPVectorPQELLink> owned(into);
-    into->push_back(bolt);
-    into->push_back(orphan);
-    TYPVectorPQELLink from;
-    for (QELLink* l : {boltUpper, nut, orphan, nutAgain, washer}) from.push_back(l);
-    Access::merge(into, &from);
-    EXPECT_EQ(into->items(), std::vector<QELLink*>({bolt, orphan, nut, washer}));
-
-    TYPVectorPQELLink* none = nullptr;
-    Access::merge(none, &from);
-    EXPECT_EQ(none, nullptr);
-    Access::merge(into, nullptr);
-    EXPECT_EQ(into->size(), 4);
-}
-
-TEST_F(WriterDriverTest, ConfigurationLines) {
-    QELWorkSpace* configured = m.workspace("Configured", true);
-    CATListValCATUnicodeString rules;
-    rules.Append("RevisionRule=Latest Working");
-    rules.Append("Variant=<Standard>");
-    configured->setConfiguration(rules);
-    QELWorkSpace* bare = m.workspace("Bare", false);
-
-    long nullResult = 0, bareResult = -1, result = -1;
-    auto out = describe([&](QELDMToXML& w) {
-        nullResult = Access::writeConfiguration(w, nullptr);
-        bareResult = Access::writeConfiguration(w, bare);
-        result = Access::writeConfiguration(w, configured);
-    });
-    EXPECT_EQ(nullResult, QEL_E_FAIL);
-    EXPECT_EQ(bareResult, 0);
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(out, lines({"<Configuration>", "RevisionRule=Latest Working", "Variant=<Standard>",
-                          "</Configuration>"}));
-}
-
-TEST_F(WriterDriverTest, MasterComponent) {
-    QELWorkSpace* ws = m.workspace("Gear", true);
-    CV5CAAQELItem* shaft = m.item("Shaft");
-    QELAbsoluteOccurrence* shaftOcc = m.occurrence(ws, ws, "ShaftOcc", 0);
-    shaft->linkAbsOcc(shaftOcc);
-    QELDMToXML w(writertest::tempPath("master.xml").c_str());
-
-    EXPECT_EQ(Access::masterComponent(w, nullptr), nullptr);
-    EXPECT_EQ(Access::masterComponent(w, m.documentOf(ws->getItem())), ws);
-    EXPECT_EQ(Access::masterComponent(w, m.documentOf(shaft)), shaftOcc);
-    // The search gives up at a workspace without a document.
-    auto* empty = QELModelHeap::adopt(new QELWorkSpace());
-    empty->set_Name("NoDocument");
-    m.session()->addWorkSpace(empty);
-    QELWorkSpace* later = m.workspace("Later", false);
-    EXPECT_EQ(Access::masterComponent(w, m.documentOf(later->getItem())), nullptr);
 }
 
 // ---- around the export ----------------------------------------------------------------

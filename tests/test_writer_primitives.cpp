@@ -208,37 +208,7 @@ TEST_F(WriterPrimitivesTest, DecimalCommaLocaleDoesNotReachMatrices) {
     EXPECT_EQ(text, "0.5 -1.25 1E-05 0 0 0 0 0 0 120.5 0 3.5") << "under " << found;
 }
 
-TEST_F(WriterPrimitivesTest, ReplaceAllReplacesEveryOccurrence) {
-    EXPECT_EQ(Access::replaceAll("a&b&c", "&", "&amp;").ToLatin1(), "a&amp;b&amp;c");
-    EXPECT_EQ(Access::replaceAll("abc", "", "x").ToLatin1(), "abc");
-}
-
 // ---- the header -------------------------------------------------------------------
-
-TEST_F(WriterPrimitivesTest, HeaderFrameBytesAndCount) {
-    ENVManager::setCatiaEnvironmentName("CATIA_P3");
-    ENVManager::setCatiaFullVersion("V5-6R2022 SP3");
-    QELSession* session = QELSession::getInstance();
-    session->addBooleanProperty("IsDesignTableManagedAsked", true);
-    session->addBooleanProperty("IsDesignTableManaged", true);
-
-    const std::string path = tempPath("header.xml");
-    int declared = -1;
-    {
-        QELDMToXML w(path.c_str());
-        Access::writeHeader(w, 7, session);
-        declared = Access::declaredElements(w);
-    }
-    const std::string bytes = readBytes(path);
-    std::remove(path.c_str());
-    EXPECT_EQ(bytes.compare(0, 58, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\r\n<DESCFILE>\r\n"), 0);
-    EXPECT_EQ(linesOf(bytes), lines({"<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>", "<DESCFILE>", "<Options>",
-                                     "<CATIAEnvironment>", "CATIA_P3", "V5-6R2022 SP3", "</CATIAEnvironment>",
-                                     "<SaveDesignTables>", "1", "</SaveDesignTables>", "</Options>",
-                                     "<NBElements>", "7", "</NBElements>"}));
-    EXPECT_EQ(declared, 7);
-    EXPECT_TRUE(EMHManager::entries().empty());
-}
 
 TEST_F(WriterPrimitivesTest, SaveDesignTablesFollowsTheSessionsAnswer) {
     struct Case {

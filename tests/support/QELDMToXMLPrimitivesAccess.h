@@ -10,7 +10,6 @@
 struct QELDMToXMLPrimitivesAccess {
     // ---- primitives and header
     static void write(QELDMToXML& w, bool flush, const char* text) { w.writeFormatted(flush, "%s", text); }
-    static void writeInt(QELDMToXML& w, int value) { w.writeFormatted(true, "%d\n", value); }
     static void closeFile(QELDMToXML& w) { w.closeFile("QELDMToXML::test"); }
     static void openFile(QELDMToXML& w, const char* path) { w.openFile(path); }
     static FILE* stream(const QELDMToXML& w) { return w._file; }
@@ -26,10 +25,6 @@ struct QELDMToXMLPrimitivesAccess {
     static void writeBalise(QELDMToXML& w, const CATUnicodeString& name, const QELComponent* value) {
         w.writeBalise(name, value);
     }
-    static CATUnicodeString replaceAll(const CATUnicodeString& text, const CATUnicodeString& what,
-                                       const CATUnicodeString& by) {
-        return QELDMToXML::replaceAll(text, what, by);
-    }
     static std::string matrixString(const double* matrix) {
         std::string out = "not cleared";
         QELDMToXML::getMatrixString(matrix, out);
@@ -41,22 +36,12 @@ struct QELDMToXMLPrimitivesAccess {
     static void writeCheckAction(QELDMToXML& w, QELComponent* c) { w.writeCheckAction(c); }
     static void writeMatrixAction(QELDMToXML& w, QELComponent* c, unsigned char on) { w.writeMatrixAction(c, on); }
     static void writePointerAddress(QELDMToXML& w, QELComponent* c) { w.writePointerAddress(c); }
-    static int declaredElements(const QELDMToXML& w) { return w._declaredElements; }
     static int writtenItems(const QELDMToXML& w) { return w._writtenItems; }
 
     // ---- driver
-    static int numberOfObjectsInWsp(QELDMToXML& w, QELWorkSpace* ws) { return w.getNumberOfObjectsInWsp(ws); }
-    static TYPVectorPQELAbsoluteOccurrence* orderedChildren(QELAbsoluteOccurrence* occurrence) {
-        return QELDMToXML::getOrderedChildren(occurrence);
-    }
     static void recurseOnAbsoluteOccurrence(QELDMToXML& w, QELAbsoluteOccurrence* occurrence, QELSession* session) {
         w.recurseOnAbsoluteOccurrence(occurrence, session, 0);
     }
-    static QELComponent* masterComponent(QELDMToXML& w, QELDocument* document) {
-        return w.getMasterComponent(document);
-    }
-    static void merge(TYPVectorPQELLink*& into, TYPVectorPQELLink* from) { QELDMToXML::merge(into, from); }
-    static long writeConfiguration(QELDMToXML& w, QELWorkSpace* ws) { return w.writeConfiguration(ws); }
 
     // ---- catalog traversals
     static int numberOfObjectsInWspForCatalog(QELDMToXML& w, QELWorkSpace* ws) {

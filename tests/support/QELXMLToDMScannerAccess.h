@@ -7,7 +7,7 @@
 #include "QELXMLToDM.h"
 
 // The reader's private scanner, driver and options members, for the tests of
-// those sources only.
+// those sources and the fuzz harnesses.
 struct QELXMLToDMScannerAccess {
     // ---- the file
     static int openFile(QELXMLToDM& r) { return r.openFile(); }

@@ -12,7 +12,7 @@
 
 #include "QELElementNames.h"
 #include "QELLinkType.h"
-#include "SessionReset.h"
+#include "CleanSessionTest.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELAbsoluteOccurrence.h"
 #include "CV5CAAQELDocument.h"
@@ -151,11 +151,7 @@ struct SmallModel {
     }
 };
 
-// Puts every process-wide setting back after each test.
-class ReaderTest : public ::testing::Test {
-protected:
-    void TearDown() override { qeltest::resetSession(); }
-};
+using ReaderTest = qeltest::CleanSessionTest;
 
 } // namespace reader_test
 

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "QELLinkType.h"
+#include "CleanSessionTest.h"
 #include "ScratchDir.h"
 #include "CV5CAAQELDocument.h"
 #include "CV5CAAQELItem.h"
@@ -96,13 +97,6 @@ inline std::vector<std::string> valuesOf(const std::vector<std::string>& lines, 
     return values;
 }
 
-inline int countOf(const std::vector<std::string>& lines, const std::string& line) {
-    int n = 0;
-    for (const auto& l : lines)
-        if (l == line) ++n;
-    return n;
-}
-
 inline std::vector<long> codesReported() {
     std::vector<long> codes;
     for (const auto& e : EMHManager::entries()) codes.push_back(e.code);
@@ -110,24 +104,8 @@ inline std::vector<long> codesReported() {
 }
 
 // Every process-wide setting back to its default around each test, and the
-// model freed at the end. Shared by all the writer's tests.
-class WriterTest : public ::testing::Test {
-protected:
-    void SetUp() override { resetAll(); }
-    void TearDown() override {
-        QELSession::freeModel();
-        resetAll();
-    }
-    // The settings only: the model stays.
-    static void resetAll() {
-        PROCManager::reset();
-        ENVManager::reset();
-        CV5CAAQELSession::reset();
-        CV5CAAToolsCommon::setActiveCATDocument(nullptr);
-        JNLManager::clear();
-        EMHManager::clear();
-    }
-};
+// model freed. Shared by all the writer's tests.
+using WriterTest = qeltest::CleanSessionTest;
 
 // The 16 upper-case hexadecimal digits that identify a component.
 inline std::string handleOf(const QELComponent* c) {

@@ -307,33 +307,6 @@ TEST_F(AnswerSimulatorTest, ExternalFilesAndPliesGetNewNames) {
 
 // ---- the frame --------------------------------------------------------------------------
 
-TEST_F(AnswerSimulatorTest, CountIsWhatTheAnswerHoldsAndOptionsComeFirst) {
-    // The description announces five entries and holds two.
-    answer(describe(
-        {{CATPart, leaf(POINTER_ADDRESS, "0000000000000001")}, {CATPart, leaf(POINTER_ADDRESS, "0000000000000002")}},
-        5));
-    EXPECT_EQ(answered.size(), 2u);
-    EXPECT_NE(answerText.find("<NBElements>\r\n2\r\n</NBElements>\r\n<CATPart>"), std::string::npos);
-    const std::string start = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>\r\n<DESCFILE>\r\n<Options>\r\n";
-    EXPECT_EQ(answerText.rfind(start, 0), 0u);
-    ASSERT_FALSE(options.empty());
-    EXPECT_EQ(options.front(), std::make_pair(std::string(SaveDesignTables), std::string("0")))
-        << "the description's choice is handed back";
-    EXPECT_EQ(answerText.substr(answerText.size() - 13), "</DESCFILE>\r\n");
-}
-
-TEST_F(AnswerSimulatorTest, SameDescriptionSameBytes) {
-    const std::string description =
-        describe({{CATPart, join({leaf(POINTER_ADDRESS, "0000000000000001"), leaf(InstanceName, "P.1"),
-                                  leaf(File_Name, "P\xE9.CATPart")})}},
-                 1);
-    answer(description);
-    const std::string first = answerText;
-    answer(description);
-    EXPECT_EQ(answerText, first);
-    EXPECT_NE(first.find("Old_File_Name>\r\nP\xE9.CATPart\r\n"), std::string::npos) << "Latin-1 bytes pass through";
-}
-
 TEST_F(AnswerSimulatorTest, MalformedDescriptionNamesItsLineAndLeavesNoAnswer) {
     const std::string path = (directory / "broken.xml").string();
     std::ofstream(path, std::ios::binary) << frame(join({{"<?xml version=\"1.0\" ?>", "<DESCFILE>"},
@@ -385,28 +358,6 @@ TEST_F(AnswerSimulatorTest, ValuesNeverBecomeStructure) {
     EXPECT_EQ(simulator.errorLine(), 11);
     EXPECT_NE(error.find("\"a</Old_File_Name>\" cannot be answered in <Old_File_Name>"), std::string::npos) << error;
     EXPECT_FALSE(std::filesystem::exists(answerPath));
-}
-
-TEST(AnswerNamesTest, NamesAreStableAndApart) {
-    EXPECT_EQ(qelAnswerItemId(42), "ITM-000042");
-    EXPECT_EQ(qelAnswerItemId(1234567), "ITM-1234567");
-    const std::string uid = qelAnswerUid("IR", 1, "Bolt.CATPart");
-    EXPECT_EQ(uid.size(), 16u);
-    EXPECT_EQ(uid, qelAnswerUid("IR", 1, "Bolt.CATPart"));
-    EXPECT_NE(uid, qelAnswerUid("DS", 1, "Bolt.CATPart"));
-    EXPECT_NE(uid, qelAnswerUid("IR", 2, "Bolt.CATPart"));
-    // The parts are hashed apart: moving a character across does not collide.
-    EXPECT_NE(qelAnswerUid("IR", 1, "1Bolt"), qelAnswerUid("IR", 11, "Bolt"));
-}
-
-TEST(AnswerNamesTest, ExtensionsAndVersions) {
-    EXPECT_EQ(qelFileExtension("Bolt.CATPart"), ".CATPart");
-    EXPECT_EQ(qelFileExtension("C:\\a.b\\mesh.model"), ".model");
-    EXPECT_EQ(qelFileExtension("/data.d/README"), "");
-    EXPECT_EQ(qelFileExtension(".profile"), "");
-    EXPECT_EQ(qelNextVersion("9"), "10");
-    EXPECT_EQ(qelNextVersion(""), "1");
-    EXPECT_EQ(qelNextVersion("2b"), "1");
 }
 
 } // namespace
