@@ -33,12 +33,6 @@ bool isOccurrence(const QELDescriptionEntry& entry) {
     return false;
 }
 
-// A described value copied into the answer. A tag line where a value belongs
-// reads as an empty value: echoed, it would be structure out of place.
-std::string_view valueLine(std::string_view line) {
-    return qelClassifyLine(line).kind == QELLineKind::Value ? line : std::string_view();
-}
-
 // The line closing the element opened on line `open`, or `end`; nested
 // elements of the same name are skipped whole.
 size_t closingLine(const QELDescriptionEntry& entry, size_t open, size_t end) {
@@ -62,7 +56,7 @@ std::vector<std::vector<std::string_view>> childGroups(const QELDescriptionEntry
         if (entry.line(i) != open) continue;
         std::vector<std::string_view>& group = groups.emplace_back();
         const size_t close = closingLine(entry, i, block.end);
-        for (++i; i < close; ++i) group.push_back(valueLine(entry.line(i)));
+        for (++i; i < close; ++i) group.push_back(qelValueLine(entry.line(i)));
     }
     return groups;
 }
@@ -304,7 +298,7 @@ void QELAnswerSimulator::writeShapes(const QELDescriptionEntry& entry, const QEL
         }
         group.clear();
         const size_t close = closingLine(entry, i, block.end);
-        for (++i; i < close; ++i) group.push_back(valueLine(entry.line(i)));
+        for (++i; i < close; ++i) group.push_back(qelValueLine(entry.line(i)));
         writeShapeRepresentation(group, item);
     }
     _out.closeTag(name);
@@ -359,7 +353,7 @@ void QELAnswerSimulator::writeComposites(const QELDescriptionEntry& entry, const
         }
         const size_t end = closingLine(entry, i, block->end);
         auto described = [&](size_t offset) {
-            return i + offset < end ? valueLine(entry.line(i + offset)) : std::string_view();
+            return i + offset < end ? qelValueLine(entry.line(i + offset)) : std::string_view();
         };
         const std::string index = std::to_string(++_fileIndex);
         _out.openTag(QELElement::Ply);

@@ -18,8 +18,7 @@ std::string_view QELDescriptionEntry::value(std::string_view wanted) const {
     const QELDescriptionElement* element = find(wanted);
     if (!element || element->begin == element->end) return {};
     // A leaf holding an element has no value.
-    const std::string_view first = lines[element->begin];
-    return qelClassifyLine(first).kind == QELLineKind::Value ? first : std::string_view();
+    return qelValueLine(lines[element->begin]);
 }
 
 bool QELDescriptionScanner::open(const std::string& path, std::string& error) { return _reader.open(path, error); }

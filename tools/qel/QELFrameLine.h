@@ -14,6 +14,12 @@ struct QELFrameLine {
 
 QELFrameLine qelClassifyLine(std::string_view line);
 
+// The line where a value belongs: itself, or empty for a tag line, which
+// copied as a value would be structure out of place.
+inline std::string_view qelValueLine(std::string_view line) {
+    return qelClassifyLine(line).kind == QELLineKind::Value ? line : std::string_view();
+}
+
 // A letter or '_', then the characters the writer's element names use.
 bool qelIsElementName(std::string_view name);
 
